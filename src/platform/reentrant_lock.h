@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+namespace platform {
+
+/// A lock that its owner may take again. Unlocking without owning it does nothing: foreign callers reach `unlock`
+/// directly, and an unbalanced call of theirs must not corrupt the lock.
+class ReentrantLock {
+  public:
+    void lock() {
+        m_mutex.lock();
+        entered();
+    }
+    bool try_lock() {
+        if (!m_mutex.try_lock())
+            return false;
+        entered();
+        return true;
+    }
+    void unlock() {
+        if (!isOwned())
+            return;
+        if (--m_depth == 0)
+            m_owner.store(std::thread::id(), std::memory_order_relaxed);
+        m_mutex.unlock();
+    }
+    /// Whether the calling thread holds the lock.
+    bool isOwned() const { return m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id(); }
+
+  private:
+    void entered() {
+        m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        ++m_depth;
+    }
+
+    std::recursive_mutex m_mutex;
+    std::atomic<std::thread::id> m_owner{};
+    int m_depth = 0; ///< guarded by m_mutex
+};
+
+} // namespace platform
