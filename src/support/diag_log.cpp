@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/diag_log.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
@@ -31,11 +32,9 @@ void open(const char *name, const wchar_t *keyPath, const wchar_t *valueName) {
     if (!dumpEnabled && !eventTraceEnabled)
         return;
     if (name && std::strlen(name) < kPrefixSize) {
-        std::snprintf(prefix, kPrefixSize, "[%s] ", name);
-        std::size_t length = 0;
-        for (; prefix[length]; ++length)
-            widePrefix[length] = static_cast<unsigned char>(prefix[length]);
-        widePrefix[length] = L'\0';
+        const std::string text = (std::string("[") + name + "] ").substr(0, kPrefixSize - 1);
+        std::copy_n(text.c_str(), text.size() + 1, prefix);
+        std::copy_n(text.c_str(), text.size() + 1, widePrefix);
     }
     if (eventTraceEnabled)
         eventTraceEnabled = platform::openEventTrace();
