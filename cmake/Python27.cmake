@@ -49,6 +49,8 @@ if(ORVANEL_DEBUG_PYTHON AND PYTHON27_DEBUG_EXECUTABLE)
     set(PYTHON27_RUN_EXECUTABLE "${PYTHON27_DEBUG_EXECUTABLE}")
     set(include_dirs ${PYTHON27_DEBUG_INCLUDE_DIRS})
     set(library "${PYTHON27_DEBUG_LIBRARY}")
+    # Its counting macros hand their bare argument to a C cast, which the compiler lays at our door.
+    target_compile_options(Python27::Headers INTERFACE -Wno-old-style-cast)
 else()
     set(PYTHON27_RUN_EXECUTABLE "${PYTHON27_EXECUTABLE}")
     set(include_dirs ${PYTHON27_INCLUDE_DIRS})

@@ -54,15 +54,19 @@ function(orvanel_add_test name)
     endif()
     add_executable(${name} ${TEST_SOURCES})
     target_link_libraries(${name} PRIVATE orvanel_options ${TEST_LIBS} GTest::gmock GTest::gtest_main Threads::Threads)
-    set(environment ${_sanitizer_environment})
-    if("Python27::Embed" IN_LIST TEST_LIBS)
-        list(APPEND environment "PYTHONHOME=${PYTHON27_HOME}" "PYTHONNOUSERSITE=1")
+    if(NOT CMAKE_CROSSCOMPILING)
+        # gtest_discover_tests loses a list of environment variables; a runner in front of the program does not.
+        set(environment ${_sanitizer_environment})
+        if("Python27::Embed" IN_LIST TEST_LIBS)
+            list(APPEND environment "PYTHONHOME=${PYTHON27_HOME}" "PYTHONNOUSERSITE=1" "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}")
+        endif()
+        set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "env;${environment}")
     endif()
     gtest_discover_tests(${name}
         TEST_PREFIX "${name}."
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT} ENVIRONMENT "${environment}")
+        PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT})
 endfunction()
 
 # orvanel_add_python_test(NAME FILE [ARGS arg...] [LABELS label...])
