@@ -6,12 +6,17 @@
 namespace canvas {
 namespace {
 
+// Axis-parallel lines run through pixel centres: an edge that ends half way between two is crisp on them.
+float snapped(float halfWidth) {
+    return halfWidth < 1.5F ? halfWidth : std::floor(halfWidth) + 0.5F;
+}
+
 StrokeLook lineLook(const CanvasColor &core, float coreHalfWidth, float edgeWidth, float scale) {
     StrokeLook look;
     look.core = toPixel(core);
     look.edge = kEdgeColor;
     look.coreHalfWidth = coreHalfWidth * scale;
-    look.edgeHalfWidth = look.coreHalfWidth + edgeWidth * scale;
+    look.edgeHalfWidth = snapped((coreHalfWidth + edgeWidth) * scale);
     return look;
 }
 

@@ -16,7 +16,7 @@ inline constexpr float kLargestScale = 4.0F;
 inline constexpr float kOutlineCoreHalfWidth = 0.75F;
 inline constexpr float kOutlineEdgeWidth = 1.0F;
 inline constexpr float kHandleLineCoreHalfWidth = 0.5F;
-inline constexpr float kHandleLineEdgeWidth = 0.75F;
+inline constexpr float kHandleLineEdgeWidth = 1.0F;
 inline constexpr Pixel kEdgeColor = 0xB0000000;
 
 // Marks: a dark ring, a light ring, and the colour inside. Sizes are odd at every scale, so that a mark has a middle pixel.
