@@ -1,0 +1,102 @@
+# SPDX-License-Identifier: MIT
+# How tests are declared. Every test ends up in ctest; `ctest --test-dir build/release -R NAME` runs one.
+
+include_guard(GLOBAL)
+
+option(BUILD_TESTING "Build the tests" ON)
+# Long enough for the slowest sanitizer, short enough that a deadlock shows as a failed test.
+set(ORVANEL_TEST_TIMEOUT 300 CACHE STRING "Seconds after which a test counts as hung")
+
+if(BUILD_TESTING)
+    enable_testing()
+    include("${CMAKE_CURRENT_LIST_DIR}/GoogleTestSource.cmake")
+    include(GoogleTest)
+endif()
+
+# What a program with this configuration's sanitizer reads. Files are named by full path: tests run in many folders.
+set(ORVANEL_SANITIZER_ENVIRONMENT
+    "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1"
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/sanitizers/leak.supp:print_suppressions=0"
+    "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1"
+    "UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
+
+# The interpreter is not instrumented, so a sanitizer's run time has to be in the process before it.
+function(_orvanel_sanitizer_preload result)
+    set(preload)
+    if(ORVANEL_SANITIZER STREQUAL "address")
+        set(runtime libasan.so)
+    elseif(ORVANEL_SANITIZER STREQUAL "thread")
+        set(runtime libtsan.so)
+    elseif(ORVANEL_SANITIZER STREQUAL "undefined")
+        set(runtime libubsan.so)
+    endif()
+    if(runtime)
+        foreach(library ${runtime} libstdc++.so)
+            execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${library}" OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+            get_filename_component(path "${path}" REALPATH)
+            list(APPEND preload "${path}")
+        endforeach()
+    endif()
+    list(JOIN preload ":" preload)
+    set(${result} "${preload}" PARENT_SCOPE)
+endfunction()
+
+# orvanel_add_test(NAME SOURCES file... LIBS target...)
+# A GoogleTest program; each of its tests is one ctest entry NAME.Suite.Test. A program that links Python27::Embed gets PYTHONHOME.
+function(orvanel_add_test name)
+    cmake_parse_arguments(TEST "" "" "SOURCES;LIBS" ${ARGN})
+    if(NOT BUILD_TESTING)
+        return()
+    endif()
+    if("Python27::Embed" IN_LIST TEST_LIBS AND NOT TARGET Python27::Embed)
+        message(STATUS "${name} is left out: this Python 2.7 has no library to embed")
+        return()
+    endif()
+    add_executable(${name} ${TEST_SOURCES})
+    target_link_libraries(${name} PRIVATE orvanel_options ${TEST_LIBS} GTest::gmock GTest::gtest_main Threads::Threads)
+    if(NOT CMAKE_CROSSCOMPILING)
+        # gtest_discover_tests loses a list of environment variables; a runner in front of the program does not.
+        set(environment ${ORVANEL_SANITIZER_ENVIRONMENT})
+        if("Python27::Embed" IN_LIST TEST_LIBS)
+            list(APPEND environment "PYTHONHOME=${PYTHON27_HOME}" "PYTHONNOUSERSITE=1" "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}")
+        endif()
+        set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "env;${environment}")
+    endif()
+    gtest_discover_tests(${name}
+        TEST_PREFIX "${name}."
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT})
+endfunction()
+
+# orvanel_add_python_test(NAME FILE [ARGS arg...] [LABELS label...])
+# Runs the unittest cases of FILE under Python 2.7 with the built modules and packages on the path.
+function(orvanel_add_python_test name file)
+    cmake_parse_arguments(TEST "" "" "ENVIRONMENT;LABELS" ${ARGN})
+    if(NOT BUILD_TESTING OR WIN32)
+        return()
+    endif()
+    get_filename_component(file "${file}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_SOURCE_DIR}")
+    get_filename_component(folder "${file}" DIRECTORY)
+    get_filename_component(module "${file}" NAME_WE)
+    _orvanel_sanitizer_preload(preload)
+    add_test(NAME ${name} COMMAND "${PYTHON27_RUN_EXECUTABLE}" -B -m unittest -v ${module} WORKING_DIRECTORY "${PROJECT_BINARY_DIR}")
+    set(environment ${ORVANEL_SANITIZER_ENVIRONMENT}
+        "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PYTHON27_SITE}"
+        "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}"
+        "PYTHONNOUSERSITE=1"
+        "ORVANEL_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
+        "ORVANEL_BUILD_DIR=${PROJECT_BINARY_DIR}"
+        ${TEST_ENVIRONMENT})
+    if(preload)
+        # The interpreter frees little when it ends; leaks of ours are looked for by counting references and by the C++ tests.
+        list(TRANSFORM environment REPLACE "^ASAN_OPTIONS=" "ASAN_OPTIONS=detect_leaks=0:")
+        list(APPEND environment "LD_PRELOAD=${preload}")
+    endif()
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${ORVANEL_TEST_TIMEOUT}
+        LABELS "python;${TEST_LABELS}"
+        ENVIRONMENT "${environment}"
+        # unittest calls a file without tests a success.
+        FAIL_REGULAR_EXPRESSION "Ran 0 tests")
+endfunction()

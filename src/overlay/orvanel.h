@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The object that the host's Python interface makes for each video preview: the outline under edit, its keyframes, the
+// overlay picture, and the texture map for the host's renderer.
+//
+// Every operation that touches the outline, the keyframes or the drawing component holds m_textureLock; one that runs with
+// the interpreter lock held lets it go while it has to wait (TextureLockGuard). m_hoverLock may be taken inside
+// m_textureLock, never the other way round. Results are 32-bit codes (S_OK, E_FAIL, ...) or 0/1; nothing is thrown.
+// Durations are 64-bit positions in the host's time unit. Pixels are display-surface pixels.
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "callback/py_callback_wnd.h"
+#include "callback/python_fwd.h"
+#include "mask/mask_handler.h"
+#include "overlay/centroid.h"
+#include "overlay/chain.h"
+#include "overlay/line_samples.h"
+#include "overlay/mark_sizes.h"
+#include "overlay/types/keyframe_mask_info.h"
+#include "overlay/types/outline_points.h"
+#include "overlay/types/overlay_canvas.h"
+#include "overlay/types/video_texture_syncer.h"
+#include "platform/com_pointer.h"
+#include "platform/reentrant_lock.h"
+
+class FrameSource;
+class PyMapWrapper;
+struct WorkerBlock;
+
+namespace loom {
+class IAllocator;
+}
+
+/// A feather or feather-shift record; its values belong to the host.
+struct FeatherRecord {
+    std::int64_t duration = 0;
+    std::int32_t first = 0;
+    std::int32_t second = 2;
+
+    friend bool operator==(const FeatherRecord &, const FeatherRecord &) = default;
+};
+
+class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
+  public:
+    Orvanel();
+    ~Orvanel() override;
+
+    // --- Lifecycle and placement (orvanel.cpp, placement_control.cpp) ---
+
+    /// Replaces the texture map. Both Python objects may be null. 1 when its textures were made, else 0; the map is kept.
+    int Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureSyncer *syncer);
+    /// Stops the worker; releases the texture map, the canvas and all keyframes. May run twice. 0.
+    int Uninitialize();
+    /// Resizes the canvas to the display size. E_FAIL without a canvas.
+    HRESULT ResetBuffer();
+    /// Sets the display size and the video rectangle and re-places every screen point. 1.
+    int SetVideoCoordinate(INT displayWidth, INT displayHeight, INT left, INT top, INT width, INT height);
+    int SetVideoInfo(LONGLONG first, LONGLONG second, LONGLONG third, LONGLONG fourth);
+    /// Multiplies the sizes of all marks; halves round up.
+    void SetSizeScaler(float scale);
+    UINT GetBufferLen() const { return m_bufferLen; }
+    /// The texture map as the renderer sees it, or null before Create.
+    loom::IAllocator *GetAllocator() const;
+    void VideoTextureSyncerClosed();
+    void LockTexture();
+    void UnlockTexture();
+    /// Hands a state to the host's callable.
+    void CallBack(ECallBack_State state);
+    int SetCallbackFunc(PyObject *callable);
+
+    // --- Flags (flags.cpp) ---
+
+    bool IsMask() const { return m_isMask; }
+    bool IsMouseDown() const { return m_mouseDown; }
+    void Show() { m_visible = true; }
+    void Hide() { m_visible = false; }
+    int IsVisible() const { return m_visible; }
+    void SetPreviewMode(bool preview) { m_previewMode = preview; }
+    int IsPreviewMode() const { return m_previewMode; }
+    bool GetInverse() const { return m_inverse; }
+    void SetInverse(bool inverse) { m_inverse = inverse; }
+    bool GetHide() const { return m_hide; }
+    void SetHide(bool hide) { m_hide = hide; }
+    bool IsDirty() const { return m_dirty; }
+    int ResetDirtyFlag();
+    int ResetNewMask();
+    bool IsHoverControlPoint();
+    bool IsHoverPointInLine();
+    bool IsHoverSelectedPointInLine();
+    bool IsNeedHandleMouseEvent();
+    bool SetHoverCentralPoint(bool hovered);
+    bool IsAnyPointSelected() const;
+    bool IsBCPSelected() const;
+    bool IsAnyBezierControlPointChanged() const;
+
+    // --- Point editing (point_editing.cpp, point_deletion.cpp) ---
+
+    /// Appends an anchor. Always E_FAIL: hosts ignore the result.
+    HRESULT AddPoint(INT x, INT y);
+    /// Inserts `hover.point` on the segment that begins at `hover.lineIndex`, in the outline and in every keyframe.
+    HRESULT AddPointInLine(const HoverPoint &hover);
+    /// The first anchor within 10 pixels on both axes, or -1.
+    int HitTestPoint(const MPoint &position) const;
+    HRESULT MovePoints(const std::vector<unsigned int> &indices, INT x, INT y);
+    int MoveAllPoints(INT dx, INT dy);
+    int SelectAllPoints();
+    HRESULT DeleteFocusPoint();
+    int DeleteLastPoint();
+    int DeleteAllPoints();
+
+    // --- Mouse (interaction.cpp, press.cpp, pointer_move.cpp, shift_constraint.cpp) ---
+
+    HRESULT Interactive(INT state, INT x = 0, INT y = 0);
+    void SetShiftPressed(bool pressed);
+
+    // --- Drawing (rendering.cpp) ---
+
+    void ReDraw();
+    void DrawHoverPoint();
+    void DrawSelectedRegion() const;
+    void HideAllPoints();
+    void ForceUpdateFrame();
+    /// (x, y, width, height). New reference.
+    PyObject *GetDirtyRect() const;
+    /// The overlay buffer (BGRA, rows top to bottom), or null without a canvas.
+    BYTE *QueryBuffer() const;
+    /// Writes runs as an 8-bit picture for diagnosis; `runs`, `size` and `path` as the host passes them. Always 0.
+    static int DumpBitmap(PyObject *runs, PyObject *size, PyObject *path);
+
+    // --- Keyframes (keyframe_track.cpp, keyframe_drawing.cpp) ---
+
+    BYTE *PrepareKeyframe(LONGLONG duration, BOOL fromClipStart = 0);
+    int CacheCurrentKeyframe();
+    void UpdateKeyFrameInCurrent(Quill::KeyFrameMaskInfo *&record, LONGLONG duration = -1);
+    void UpdateKeyFrameInSize(Quill::KeyFrameMaskInfo *record);
+    int DrawExistKeyFrame(Quill::KeyFrameMaskInfo *record);
+    int DrawSpecificKeyFrame(Quill::KeyFrameMaskInfo *first, Quill::KeyFrameMaskInfo *second, LONGLONG duration);
+    int RemoveSpecificKeyFrame(LONGLONG duration);
+    int RemoveTrialingKeyFrames(LONGLONG duration);
+    LONGLONG GetClosestKeyFramePos(LONGLONG duration, IVideoTextureSyncer *syncer) const;
+    /// A list of longs, ascending. New reference.
+    PyObject *GetKeyFrameDurationList() const;
+    /// A fresh record of the live outline; nobody here keeps or frees it.
+    Quill::KeyFrameMaskInfo *GetKeyFrameMaskInfo(LONGLONG duration);
+    int DestroyAllKeyFrameMaskInfo();
+    void ClearPointsAndKeyFrame();
+
+    // --- Saved state and centroid (device_setting.cpp, centroid.cpp); Python objects returned are new references ---
+
+    PyObject *GetCurrentPoints() const;
+    PyObject *GetCurrentDevSetting() const;
+    void SetDevSetting(PyObject *setting);
+    static void SetDevSettingPoints(PyObject *list, std::vector<MPointF> &points);
+    static void SetDevSettingPointsBuf(PyObject *bytes, std::vector<MPointF> &points);
+    PyObject *GetFeathers() const;
+    void SetFeathers(PyObject *list);
+    PyObject *GetFeatherShifts() const;
+    void SetFeatherShifts(PyObject *list);
+    void UpdateCentroid();
+    PyObject *GetCentroidUS();
+    static PyObject *GenerateSpecificKeyFrame(PyObject *first, PyObject *second, LONGLONG duration);
+
+    // --- Masks (mask_conversion.cpp, point_fitting.cpp) ---
+
+    /// Stores the outline into the keyframe track. 1: every keyframe refreshed; 0: the current one stored; E_FAIL: too short.
+    HRESULT Convert2Mask(bool refreshAll);
+    /// List of (x, y, length) tuples, or None without a reference when the outline is too short.
+    PyObject *Convert2SelectionLineUS(PyObject *size) const;
+    PyObject *AdjustPoints(PyObject *ignored, PyObject *runs, PyObject *size);
+
+  private:
+    friend class OrvanelInspector;
+    friend class FrameSource;
+
+    struct KeyFrame {
+        std::int64_t duration;
+        std::unique_ptr<Quill::KeyFrameMaskInfo> record; ///< never null
+    };
+
+
+    // Events: delivered where they are raised, or collected while Interactive runs on this thread.
+    void raise(ECallBack_State state);
+    void startWorker();
+    void stopWorker();
+    void releaseTextureMap();
+
+    Chain liveChain() { return {m_points, m_pointsF, m_videoRect}; }
+    static Chain chainOf(Quill::KeyFrameMaskInfo &record) { return {record.points, record.pointsF, record.placement}; }
+    /// Copies the live outline into a record; a negative duration keeps the record's own.
+    void fillFromOutline(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const;
+    /// Drops a record's cached mask, so that the next drawing re-places it.
+    static void resetMask(Quill::KeyFrameMaskInfo &record);
+    void setHover(const HoverPoint &hover);
+    /// Sets m_dirty and forgets which keyframe is on the surface: the picture must be drawn from the live outline.
+    void markEdited();
+    void markWholeSurfaceDirty();
+    void clearDragBookkeeping();
+    void forgetSelectionAndHover();
+    void clampMove(INT &dx, INT &dy) const;
+    void replaceScreenPoints();
+
+    HRESULT dispatchEvent(INT state, const MPoint &position);
+    HRESULT handlePress(const MPoint &position);
+    HRESULT pressWhileDrawing(const MPoint &position);
+    HRESULT pressOnSegment(const MPoint &position);
+    HRESULT pressOnPoint();
+    HRESULT pressOnNothing(const MPoint &position);
+    HRESULT handleMove(const MPoint &position);
+    void hoverWhileDrawing(const MPoint &position);
+    void dragTo(const MPoint &position);
+    void trackHover(const MPoint &position);
+    HRESULT handleRelease();
+    void saveOppositeHandle(std::uint32_t index);
+    enum class TwinUpdate { Only, WithCurveFlags };
+    void mirrorOppositeHandle(TwinUpdate update);
+    void restoreOppositeHandle();
+
+    void clearSurface();
+    void drawMarker(const MPoint &point, MarkSizes::Mark mark, const CanvasColor &color) const;
+    void drawCurrentPicture(bool isMask);
+    /// Shows what belongs on the surface at that position; false when nothing does.
+    bool showKeyFrameAt(std::int64_t target);
+    void adoptRecord(const Quill::KeyFrameMaskInfo &record);
+    void setOnKeyFrame(bool shown);
+    bool storeKeyFrames(PyObject *setting) const;
+    void loadKeyFrames(PyObject *list);
+    void loadOpenOutline(PyObject *points);
+    bool isSelected(std::uint32_t index) const;
+
+    std::vector<MPoint> m_points;
+    std::vector<MPointF> m_pointsF;
+    LineSamples m_lineSamples; ///< one list a segment, for hovering
+    PixelRect m_videoRect;        ///< where the video picture lies on the display surface
+    std::vector<KeyFrame> m_keyFrames;
+    std::uint32_t m_maskDataCount = 0;
+    std::vector<std::uint16_t> m_maskData;
+    std::uint32_t m_displayWidth = 0;
+    std::uint32_t m_displayHeight = 0;
+    std::uint32_t m_stride = 0;               ///< bytes
+    std::atomic<std::uint32_t> m_bufferLen{0}; ///< bytes
+    PixelRect m_updateRect;
+    HoverPoint m_hover; ///< written under both locks, so that holding either is enough to read it
+    std::vector<unsigned int> m_selected;
+    MPoint m_press;   ///< the rubber band's origin
+    PixelRect m_band; ///< the rubber band, zero when none
+    std::atomic<bool> m_dirty{false};
+    std::atomic<bool> m_isMask{false}; ///< the outline is closed and converted
+    std::atomic<bool> m_inverse{false};
+    std::atomic<bool> m_hide{false};
+    std::atomic<bool> m_mouseDown{false};
+    std::atomic<bool> m_geometryChanged{true}; ///< m_lineSamples is out of date
+    std::atomic<bool> m_pointsMoved{false};    ///< a press landed on something that can be dragged
+    std::atomic<bool> m_dragged{false};        ///< the current drag has moved points
+    std::atomic<bool> m_newMask{false};
+    std::atomic<bool> m_onKeyFrame{true}; ///< written under m_hoverLock
+    mutable std::mutex m_hoverLock;       ///< m_hover, m_onKeyFrame, m_centroid
+    bool m_hoverCentralPoint = false;     ///< guarded by m_stateLock
+    mutable std::mutex m_stateLock;
+    std::atomic<bool> m_visible{true};
+    std::atomic<bool> m_previewMode{false};
+    std::vector<FeatherRecord> m_feathers;
+    std::vector<FeatherRecord> m_featherShifts;
+    PixelRect m_dirtyRect;
+    Centroid m_centroid; ///< guarded by m_hoverLock
+    platform::ComPointer<OverlayCanvas> m_canvas;
+    mutable platform::ReentrantLock m_textureLock; ///< the outline, the keyframes, the canvas and its buffer
+    std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
+    std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
+    std::unique_ptr<FrameSource> m_frameSource;
+    platform::ComPointer<PyMapWrapper> m_mapWrapper;
+    std::array<std::int64_t, 4> m_videoInfo{};
+
+    std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery
+    std::thread m_workerThread;
+
+    MarkSizes m_markSizes;
+    float m_sizeScaler = 1.0F;
+    std::atomic<bool> m_shiftPressed{false};
+    MPoint m_savedHandle; ///< copy of the opposite handle taken at a press
+};
