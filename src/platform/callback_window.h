@@ -8,11 +8,12 @@ namespace platform {
 /// The hidden window of one callback object: a user32 window on Windows, nothing (a null handle) elsewhere.
 class CallbackWindow {
   public:
-    /// Offers a message to the owner whose address stands in the window's user data: true when the owner is alive and has
-    /// stored the message's result.
+    /// Offers a message to the owner whose address stands in the window's user data: true when the owner is alive and
+    /// has stored the message's result.
     using Dispatch = bool (*)(void *owner, UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 
-    /// Registers the class (a second registration fails harmlessly) and makes the window; class name and title are `name`.
+    /// Registers the class (a second registration fails harmlessly) and makes the window; class name and title are
+    /// `name`.
     void create(const wchar_t *name, void *owner, Dispatch dispatch);
     /// Clears the window's user data, so that no message reaches the owner any more.
     void detach();

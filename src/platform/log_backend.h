@@ -11,7 +11,7 @@ namespace platform {
 
 /// The two switches as stored by the machine's administrator.
 struct LogSwitches {
-    bool dump = false;      ///< "DumpMsg": write lines at all
+    bool dump = false;       ///< "DumpMsg": write lines at all
     bool eventTrace = false; ///< "DumpInETW": write them to the system's event log instead of the debugger
 };
 

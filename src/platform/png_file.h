@@ -12,8 +12,11 @@ enum class PngPixels {
     Indexed8, ///< one byte a pixel into the default halftone palette: 0 opaque black, 255 opaque white
 };
 
-/// Writes a PNG file (GDI+'s encoder on Windows, libpng elsewhere). `stride` is in bytes; `path` is in the platform's
-/// multibyte code page. False when the size is not positive or the file could not be written; nothing is thrown.
+/// Writes a PNG file (GDI+'s encoder on Windows, libpng elsewhere).
+///
+/// `stride` is in bytes, a multiple of 4 and at least one row long; `path` is in the platform's multibyte code page.
+/// False when a size does not fit these rules or the file cannot be written; a file that stood there before then stays
+/// as it was, and no part of a picture is left behind.
 bool writePng(const char *path, PngPixels pixels, int width, int height, int stride, const std::uint8_t *data);
 
 } // namespace platform

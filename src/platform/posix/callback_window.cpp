@@ -7,6 +7,8 @@ namespace platform {
 void CallbackWindow::create(const wchar_t *, void *, Dispatch) {}
 void CallbackWindow::detach() {}
 void CallbackWindow::destroy() {}
-LRESULT CallbackWindow::defaultHandler(HWND, UINT, WPARAM, LPARAM) { return 0; }
+LRESULT CallbackWindow::defaultHandler(HWND, UINT, WPARAM, LPARAM) {
+    return 0;
+}
 
 } // namespace platform

@@ -6,12 +6,20 @@
 
 namespace platform {
 
-std::optional<LogSwitches> readLogSwitches(const wchar_t *, const wchar_t *) { return std::nullopt; }
+std::optional<LogSwitches> readLogSwitches(const wchar_t *, const wchar_t *) {
+    return std::nullopt;
+}
 
-void writeDebugLine(const char *line) { std::fputs(line, stderr); }
-void writeDebugLineW(const wchar_t *line) { std::fprintf(stderr, "%ls", line); }
+void writeDebugLine(const char *line) {
+    std::fputs(line, stderr);
+}
+void writeDebugLineW(const wchar_t *line) {
+    std::fprintf(stderr, "%ls", line);
+}
 
-bool openEventTrace() { return false; }
+bool openEventTrace() {
+    return false;
+}
 void closeEventTrace() {}
 void writeEventTrace(const wchar_t *) {}
 

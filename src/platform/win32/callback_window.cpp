@@ -31,8 +31,8 @@ void CallbackWindow::create(const wchar_t *name, void *owner, Dispatch dispatch)
     // The second object of a process finds the class registered already; the error is read so that it does not linger.
     if (!RegisterClassExW(&windowClass))
         GetLastError();
-    m_handle = CreateWindowExW(0, name, name, WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0, 10, 10, nullptr, nullptr, nullptr,
-                               nullptr);
+    m_handle = CreateWindowExW(0, name, name, WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0, 10, 10, nullptr, nullptr,
+                               nullptr, nullptr);
     if (!m_handle)
         return;
     SetWindowLongPtrW(m_handle, GWL_STYLE, GetWindowLongPtrW(m_handle, GWL_STYLE) & ~static_cast<LONG_PTR>(WS_CAPTION));

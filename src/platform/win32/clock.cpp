@@ -7,6 +7,8 @@
 
 namespace platform {
 
-std::uint32_t millisecondClock() { return timeGetTime(); }
+std::uint32_t millisecondClock() {
+    return timeGetTime();
+}
 
 } // namespace platform

@@ -18,8 +18,12 @@ Event::Event(const char *name, Reset reset, bool signalled)
     : m_state(std::make_shared<State>(name, reset, signalled)) {}
 Event::~Event() = default;
 
-void Event::set() { SetEvent(m_state->handle); }
-void Event::reset() { ResetEvent(m_state->handle); }
+void Event::set() {
+    SetEvent(m_state->handle);
+}
+void Event::reset() {
+    ResetEvent(m_state->handle);
+}
 bool Event::wait(std::uint32_t milliseconds) {
     return WaitForSingleObject(m_state->handle, milliseconds) == WAIT_OBJECT_0;
 }
