@@ -34,7 +34,7 @@ class ByteReader {
     std::size_t m_left;
 };
 
-/// How coordinates are spelt: one byte around a small surface, sixteen bits, or all 32.
+/// How coordinates are spelt: one byte around a small surface, sixteen bits around a large one, or all 32.
 enum class Coordinates { Near, Wide, Any };
 
 inline std::int32_t takeCoordinate(ByteReader &bytes, Coordinates kind) {
@@ -42,7 +42,7 @@ inline std::int32_t takeCoordinate(ByteReader &bytes, Coordinates kind) {
     case Coordinates::Near:
         return bytes.take<std::int8_t>() + 64;
     case Coordinates::Wide:
-        return bytes.take<std::int16_t>();
+        return bytes.take<std::int16_t>() / 8;
     case Coordinates::Any:
         break;
     }

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int kMaxWidth = 2048;
-constexpr int kMaxPixels = 1 << 17;
+constexpr int kMaxWidth = 1024;
+constexpr int kMaxPixels = 1 << 13;
 
 template <typename Value>
 bool same(const Quill::PodBuffer<Value> &a, const Quill::PodBuffer<Value> &b) {
@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::int32_t originX = bytes.take<std::int16_t>();
     const std::int32_t originY = bytes.take<std::int16_t>();
     const auto seed = bytes.take<std::uint8_t>();
-    const auto points = fuzz::takePoints(bytes, static_cast<fuzz::Coordinates>(flags % 4 % 3), 6000, false);
+    const auto points = fuzz::takePoints(bytes, static_cast<fuzz::Coordinates>(flags % 4 % 3), 900, false);
 
     std::vector<Quill::MaskRun> runs;
     const auto exclusion = exclusionMap(seed, width, height);
