@@ -9,6 +9,7 @@
 #
 # ORVANEL_DEBUG_PYTHON makes all three mean the interpreter with reference counts. PYTHON27_RUN_EXECUTABLE is the interpreter
 # that fits; PYTHON27_LIBRARY_PATH, PYTHON27_SITE and PYTHON27_HOME are its LD_LIBRARY_PATH, tqdm's folder and its PYTHONHOME.
+# PYTHON27_RUN is the wrapper that needs none of them.
 
 include_guard(GLOBAL)
 
@@ -41,6 +42,7 @@ endif()
 include("${ORVANEL_PYTHON27_DIR}/python27.cmake")
 set(PYTHON27_LIBRARY_PATH "${ORVANEL_PYTHON27_DIR}/lib")
 set(PYTHON27_SITE "${ORVANEL_PYTHON27_DIR}/site")
+set(PYTHON27_RUN "${ORVANEL_PYTHON27_DIR}/bin/python2.7")
 
 if(ORVANEL_DEBUG_PYTHON AND NOT PYTHON27_DEBUG_EXECUTABLE)
     message(STATUS "This Python 2.7 has no debug build: the release build stands in, references are not counted")

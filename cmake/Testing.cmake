@@ -14,7 +14,7 @@ if(BUILD_TESTING)
 endif()
 
 # What a program with this configuration's sanitizer reads. Files are named by full path: tests run in many folders.
-set(_sanitizer_environment
+set(ORVANEL_SANITIZER_ENVIRONMENT
     "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1"
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/sanitizers/leak.supp:print_suppressions=0"
     "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1"
@@ -56,7 +56,7 @@ function(orvanel_add_test name)
     target_link_libraries(${name} PRIVATE orvanel_options ${TEST_LIBS} GTest::gmock GTest::gtest_main Threads::Threads)
     if(NOT CMAKE_CROSSCOMPILING)
         # gtest_discover_tests loses a list of environment variables; a runner in front of the program does not.
-        set(environment ${_sanitizer_environment})
+        set(environment ${ORVANEL_SANITIZER_ENVIRONMENT})
         if("Python27::Embed" IN_LIST TEST_LIBS)
             list(APPEND environment "PYTHONHOME=${PYTHON27_HOME}" "PYTHONNOUSERSITE=1" "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}")
         endif()
@@ -81,7 +81,7 @@ function(orvanel_add_python_test name file)
     get_filename_component(module "${file}" NAME_WE)
     _orvanel_sanitizer_preload(preload)
     add_test(NAME ${name} COMMAND "${PYTHON27_RUN_EXECUTABLE}" -B -m unittest -v ${module} WORKING_DIRECTORY "${PROJECT_BINARY_DIR}")
-    set(environment ${_sanitizer_environment}
+    set(environment ${ORVANEL_SANITIZER_ENVIRONMENT}
         "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PYTHON27_SITE}"
         "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}"
         "PYTHONNOUSERSITE=1"

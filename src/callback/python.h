@@ -15,3 +15,7 @@
 #define PY_SSIZE_T_CLEAN
 #endif
 #include <Python.h>
+
+// On Windows Python.h renames these two with macros, which breaks std::snprintf in every file that includes it.
+#undef snprintf
+#undef vsnprintf

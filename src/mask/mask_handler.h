@@ -2,8 +2,8 @@
 #pragma once
 
 // Points to pixels, points to runs, keyframe interpolation. Stateless; every routine works on its arguments alone.
-// Outline point arrays hold three slots an anchor: the anchor, then the two control points of the segment that leaves it.
-// Results are S_OK, E_POINTER (null buffer or list) or E_FAIL (too few points).
+// Outline point arrays hold three slots an anchor: the anchor, then the two control points of the segment that leaves
+// it. Results are S_OK, E_POINTER (null buffer or list) or E_FAIL (too few points).
 
 #include <cstdint>
 #include <vector>
@@ -45,9 +45,10 @@ using SegmentSamples = std::vector<std::vector<MPoint>>;
 class MaskHandler {
   public:
     static HRESULT m_fnClear(std::uint32_t *buffer, int width, int height, int pitchBytes, const std::uint32_t *value);
-    static HRESULT m_fnDrawLine(const MPoint &first, const MPoint &second, std::uint32_t *buffer, const int *pitchPixels,
-                                const std::uint32_t *value);
-    static HRESULT m_fnGetLinePoints(const MPoint &first, const MPoint &second, int ignored, std::vector<MPoint> *points);
+    static HRESULT m_fnDrawLine(const MPoint &first, const MPoint &second, std::uint32_t *buffer,
+                                const int *pitchPixels, const std::uint32_t *value);
+    static HRESULT m_fnGetLinePoints(const MPoint &first, const MPoint &second, int ignored,
+                                     std::vector<MPoint> *points);
     static HRESULT m_fnDrawPolygonMask(const MPoint *points, int count, int width, int height, int stride,
                                        std::uint8_t **buffer);
     static HRESULT m_fnFillBezierCurveMask(const MPoint *points, int count, int width, int height, int stride,
@@ -56,8 +57,9 @@ class MaskHandler {
     static HRESULT ConvertPoints2Mask(const MPoint *points, int count, int width, int height, bool invert,
                                       const std::uint8_t *exclusion, std::vector<MaskRun> *runs);
     static HRESULT ConvertPoints2Mask(const MPoint *points, int count, RowListMask *mask);
-    static HRESULT ConvertPoints2MaskUS(const MPoint *points, int count, int originX, int originY, int width, int height,
-                                        bool invert, const std::uint8_t *exclusion, std::vector<MaskRunF> *runs);
+    static HRESULT ConvertPoints2MaskUS(const MPoint *points, int count, int originX, int originY, int width,
+                                        int height, bool invert, const std::uint8_t *exclusion,
+                                        std::vector<MaskRunF> *runs);
 
     static HRESULT GenAllPoints(const MPoint *points, int count, int density, int ignored, SegmentSamples *segments);
 

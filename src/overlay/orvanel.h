@@ -20,18 +20,20 @@
 #include "callback/py_callback_wnd.h"
 #include "callback/python_fwd.h"
 #include "mask/mask_handler.h"
+#include "overlay/centroid.h"
 #include "overlay/chain.h"
-#include "overlay/segment_samples.h"
+#include "overlay/line_samples.h"
+#include "overlay/mark_sizes.h"
 #include "overlay/types/keyframe_mask_info.h"
 #include "overlay/types/outline_points.h"
 #include "overlay/types/overlay_canvas.h"
 #include "overlay/types/video_texture_syncer.h"
 #include "platform/com_pointer.h"
-#include "platform/event.h"
 #include "platform/reentrant_lock.h"
 
 class FrameSource;
 class PyMapWrapper;
+struct WorkerBlock;
 
 namespace loom {
 class IAllocator;
@@ -51,7 +53,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     Orvanel();
     ~Orvanel() override;
 
-    // --- Lifecycle and placement (orvanel.cpp, placement_control.cpp) ---
+    // --- Lifecycle and placement (orvanel.cpp, display_placement.cpp) ---
 
     /// Replaces the texture map. Both Python objects may be null. 1 when its textures were made, else 0; the map is kept.
     int Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureSyncer *syncer);
@@ -65,7 +67,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     /// Multiplies the sizes of all marks; halves round up.
     void SetSizeScaler(float scale);
     UINT GetBufferLen() const { return m_bufferLen; }
-    /// The texture map as the renderer sees it, or null before Create.
+    /// The texture map as the renderer sees it, without a reference, or null before Create.
     loom::IAllocator *GetAllocator() const;
     void VideoTextureSyncerClosed();
     void LockTexture();
@@ -166,31 +168,36 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     PyObject *GetCentroidUS();
     static PyObject *GenerateSpecificKeyFrame(PyObject *first, PyObject *second, LONGLONG duration);
 
-    // --- Masks (mask_conversion.cpp, point_fitting.cpp) ---
+    // --- Masks (mask_conversion.cpp) ---
 
     /// Stores the outline into the keyframe track. 1: every keyframe refreshed; 0: the current one stored; E_FAIL: too short.
     HRESULT Convert2Mask(bool refreshAll);
     /// List of (x, y, length) tuples, or None without a reference when the outline is too short.
     PyObject *Convert2SelectionLineUS(PyObject *size) const;
-    PyObject *AdjustPoints(PyObject *ignored, PyObject *runs, PyObject *size);
 
   private:
     friend class OrvanelInspector;
-    friend class FrameSource;
 
     struct KeyFrame {
         std::int64_t duration;
-        std::unique_ptr<Quill::KeyFrameMaskInfo> record;
+        std::unique_ptr<Quill::KeyFrameMaskInfo> record; ///< never null
     };
 
 
     // Events: delivered where they are raised, or collected while Interactive runs on this thread.
     void raise(ECallBack_State state);
-    void runWorker();
     void startWorker();
+    void stopWorker();
+    platform::ComPointer<PyMapWrapper> exchangeTextureMap(platform::ComPointer<PyMapWrapper> map);
+    platform::ComPointer<PyMapWrapper> currentTextureMap() const;
+    void releaseTextureMap();
 
     Chain liveChain() { return {m_points, m_pointsF, m_videoRect}; }
     static Chain chainOf(Quill::KeyFrameMaskInfo &record) { return {record.points, record.pointsF, record.placement}; }
+    /// Copies the live outline into a record; a negative duration keeps the record's own.
+    void fillFromOutline(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const;
+    /// Drops a record's cached mask, so that the next drawing re-places it.
+    static void resetMask(Quill::KeyFrameMaskInfo &record);
     void setHover(const HoverPoint &hover);
     /// Sets m_dirty and forgets which keyframe is on the surface: the picture must be drawn from the live outline.
     void markEdited();
@@ -200,6 +207,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void clampMove(INT &dx, INT &dy) const;
     void replaceScreenPoints();
 
+    HRESULT dispatchEvent(INT state, const MPoint &position);
     HRESULT handlePress(const MPoint &position);
     HRESULT pressWhileDrawing(const MPoint &position);
     HRESULT pressOnSegment(const MPoint &position);
@@ -215,12 +223,16 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void mirrorOppositeHandle(TwinUpdate update);
     void restoreOppositeHandle();
 
-    void clearCanvas();
-    void drawOutline(bool isMask);
-    void drawMarker(const MPoint &point, UINT size, const CanvasColor &color) const;
-    void drawCurrentPicture();
+    void clearSurface();
+    void drawMarker(const MPoint &point, MarkSizes::Mark mark, const CanvasColor &color) const;
+    void drawCurrentPicture(bool isMask);
+    /// Shows what belongs on the surface at that position; false when nothing does.
+    bool showKeyFrameAt(std::int64_t target);
     void adoptRecord(const Quill::KeyFrameMaskInfo &record);
     void setOnKeyFrame(bool shown);
+    bool storeKeyFrames(PyObject *setting) const;
+    void loadKeyFrames(PyObject *list);
+    void loadOpenOutline(PyObject *points);
     bool isSelected(std::uint32_t index) const;
 
     std::vector<MPoint> m_points;
@@ -257,28 +269,19 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     std::vector<FeatherRecord> m_feathers;
     std::vector<FeatherRecord> m_featherShifts;
     PixelRect m_dirtyRect;
-    float m_centroidX = 0; ///< normalised; guarded by m_hoverLock
-    float m_centroidY = 0;
+    Centroid m_centroid; ///< guarded by m_hoverLock
     platform::ComPointer<OverlayCanvas> m_canvas;
     mutable platform::ReentrantLock m_textureLock; ///< the outline, the keyframes, the canvas and its buffer
     std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
     std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
     std::unique_ptr<FrameSource> m_frameSource;
-    platform::ComPointer<PyMapWrapper> m_mapWrapper;
+    platform::ComPointer<PyMapWrapper> m_mapWrapper; ///< exchanged under m_textureLock
     std::array<std::int64_t, 4> m_videoInfo{};
 
-    struct Worker {
-        platform::Event stop{platform::Event::Reset::Manual, true};
-        platform::Event done{platform::Event::Reset::Manual, true};
-        platform::Event trigger{platform::Event::Reset::Automatic, true};
-        Orvanel *owner = nullptr;
-    } m_worker;
+    std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery
     std::thread m_workerThread;
 
-    /// Mark sizes in pixels at scale 1, in the order of MarkSize.
-    static constexpr std::array<std::uint32_t, 9> kBaseSizes = {9, 4, 9, 7, 9, 3, 9, 7, 3};
-    enum MarkSize { SpareA, SpareB, SelectedOuter, SelectedInner, HoverOuter, HoverInner, LineOuter, LineMiddle, LineInner };
-    std::array<std::uint32_t, 9> m_markSizes = kBaseSizes;
+    MarkSizes m_markSizes;
     float m_sizeScaler = 1.0F;
     std::atomic<bool> m_shiftPressed{false};
     MPoint m_savedHandle; ///< copy of the opposite handle taken at a press

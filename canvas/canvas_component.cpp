@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "canvas/canvas_component.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <new>
+
+#include "canvas/look.h"
+#include "canvas/region.h"
+
+namespace canvas {
+namespace {
+
+std::atomic<long> g_live = 0;
+
+bool sameGuid(const GUID &a, const GUID &b) {
+    return std::memcmp(&a, &b, sizeof(GUID)) == 0;
+}
+
+// References come from foreign callers, who may pass anything.
+template <typename T>
+bool isNull(const T &reference) {
+    const T *volatile const pointer = &reference;
+    return pointer == nullptr;
+}
+
+} // namespace
+
+CanvasComponent::CanvasComponent() {
+    ++g_live;
+}
+
+CanvasComponent::~CanvasComponent() {
+    --g_live;
+}
+
+long CanvasComponent::liveCount() {
+    return g_live;
+}
+
+HRESULT CanvasComponent::QueryInterface(const GUID &iid, void **object) {
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    if (isNull(iid))
+        return E_POINTER;
+    if (!sameGuid(iid, IID_OverlayCanvas) && !sameGuid(iid, IID_IUnknown))
+        return E_NOINTERFACE;
+    AddRef();
+    *object = static_cast<OverlayCanvas *>(this);
+    return S_OK;
+}
+
+ULONG CanvasComponent::AddRef() {
+    return ++m_references;
+}
+
+ULONG CanvasComponent::Release() {
+    const ULONG left = --m_references;
+    if (left == 0)
+        delete this;
+    return left;
+}
+
+HRESULT CanvasComponent::SetSize(UINT width, UINT height, UINT, UINT) {
+    forgetDrawing();
+    const HRESULT result = m_surface.resize(width, height);
+    if (FAILED(result))
+        return result;
+    const HRESULT prepared = m_painter.resize(m_surface.width(), m_surface.height());
+    if (FAILED(prepared))
+        m_surface.resize(0, 0);
+    return prepared;
+}
+
+HRESULT CanvasComponent::GetBuffer(BYTE **buffer, std::uint64_t *length) {
+    if (!buffer || !length)
+        return E_POINTER;
+    *buffer = reinterpret_cast<BYTE *>(m_surface.pixels());
+    *length = m_surface.byteCount();
+    return m_surface.empty() ? E_FAIL : S_OK;
+}
+
+HRESULT CanvasComponent::DrawOutline(const MPoint *points, INT count, const OutlineStyle &style, BYTE isMask,
+                                     float sizeScale) {
+    if (isNull(style) || (!points && count > 0))
+        return E_POINTER;
+    if (count < 0 || std::isnan(sizeScale))
+        return E_INVALIDARG;
+    m_hidePoints = false;
+    try {
+        m_outline.points.assign(points, points + count);
+    } catch (const std::bad_alloc &) {
+        m_outline.points.clear();
+        return E_OUTOFMEMORY;
+    }
+    m_outline.style = style;
+    m_outline.isMask = isMask != 0;
+    m_outline.scale = std::clamp(sizeScale, kSmallestScale, kLargestScale);
+    return m_surface.empty() ? S_OK : m_painter.paint(m_surface, m_outline, true);
+}
+
+HRESULT CanvasComponent::DrawMarker(const MPoint &point, UINT size, const CanvasColor &color) {
+    if (isNull(point) || isNull(color))
+        return E_POINTER;
+    if (m_surface.empty() || m_hidePoints)
+        return S_OK;
+    const MarkShape shape = point.type == kAnchorPoint ? MarkShape::Square : MarkShape::Round;
+    paintMark(m_surface, shape, point.x, point.y, size, toPixel(color));
+    return S_OK;
+}
+
+HRESULT CanvasComponent::DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) {
+    if (isNull(rect) || isNull(border) || isNull(fill))
+        return E_POINTER;
+    m_region = rect;
+    m_regionBorder = border;
+    m_regionFill = fill;
+    if (!m_surface.empty())
+        paintRegion(m_surface, rect, toPixel(border), toPixel(fill));
+    return S_OK;
+}
+
+HRESULT CanvasComponent::Clear() {
+    forgetDrawing();
+    m_surface.clear();
+    return S_OK;
+}
+
+HRESULT CanvasComponent::HideAllPoints() {
+    m_hidePoints = true;
+    if (m_surface.empty())
+        return S_OK;
+    m_surface.clear();
+    HRESULT result = S_OK;
+    if (!m_outline.points.empty())
+        result = m_painter.paint(m_surface, m_outline, false);
+    paintRegion(m_surface, m_region, toPixel(m_regionBorder), toPixel(m_regionFill));
+    return result;
+}
+
+void CanvasComponent::forgetDrawing() {
+    m_outline.points.clear();
+    m_region = PixelRect();
+    m_hidePoints = false;
+}
+
+HRESULT createCanvasComponent(const GUID &iid, void **object) {
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
+    auto *const component = new (std::nothrow) CanvasComponent;
+    if (!component)
+        return E_OUTOFMEMORY;
+    const HRESULT result = component->QueryInterface(iid, object);
+    component->Release();
+    return result;
+}
+
+} // namespace canvas

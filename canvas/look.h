@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "canvas/pixel.h"
+#include "canvas/stroke.h"
+
+// How the overlay looks: every width, size and fixed colour in one place. Lengths are pixels at scale 1.
+
+namespace canvas {
+
+/// Limits of the size scale; what lies beyond is drawn at the limit.
+inline constexpr float kSmallestScale = 0.5F;
+inline constexpr float kLargestScale = 4.0F;
+
+// The outline: a coloured core in a thin dark edge, so that one of them stands out from any picture.
+inline constexpr float kOutlineCoreHalfWidth = 0.75F;
+inline constexpr float kOutlineEdgeWidth = 1.0F;
+inline constexpr float kHandleLineCoreHalfWidth = 0.5F;
+inline constexpr float kHandleLineEdgeWidth = 1.0F;
+inline constexpr Pixel kEdgeColor = 0xB0000000;
+
+// Marks: a dark ring, a light ring, and the colour inside. Sizes are odd at every scale, so that a mark has a middle pixel.
+inline constexpr float kAnchorRadius = 4.0F;
+inline constexpr float kHandleRadius = 4.0F;
+inline constexpr Pixel kDarkRing = 0xE0000000;
+inline constexpr Pixel kLightRing = 0xFFFFFFFF;
+
+// The selection rectangle: a line along the dark edge of the border.
+inline constexpr Pixel kRegionEdge = 0x80000000;
+
+/// The outline's line at one scale.
+StrokeLook outlineLook(const OutlineStyle &style, float scale);
+/// The line from an anchor to a handle's end.
+StrokeLook handleLook(const OutlineStyle &style, float scale);
+
+/// A length in pixels at one scale, rounded to nearest.
+int scaled(float length, float scale);
+
+} // namespace canvas

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace canvas {
+
+/// Which blocks of a picture have been drawn upon: one bit for 16 neighbouring pixels of a row, which is one cache line of
+/// the surface. Marking is a bit or two whatever was marked before, the memory is fixed, and walking the marked blocks
+/// costs in proportion to the ink; lists of spans would grow with every overlap.
+class TouchedBlocks {
+  public:
+    static constexpr int kBlockPixels = 16;
+
+    /// Unmarks everything and takes a new size in pixels.
+    void resize(int width, int height) {
+        m_wordsPerRow = (width + kPixelsPerWord - 1) / kPixelsPerWord;
+        m_words.assign(static_cast<std::size_t>(m_wordsPerRow) * static_cast<std::size_t>(height), 0);
+        m_firstRow = height;
+        m_endRow = 0;
+    }
+
+    /// Marks pixels [first, end) of a row; first < end, both within the width.
+    void mark(int row, int first, int end) {
+        m_firstRow = std::min(m_firstRow, row);
+        m_endRow = std::max(m_endRow, row + 1);
+        const int firstBlock = first / kBlockPixels;
+        const int lastBlock = (end - 1) / kBlockPixels;
+        std::uint64_t *const words = rowWords(row);
+        const int firstWord = firstBlock / 64;
+        const int lastWord = lastBlock / 64;
+        const std::uint64_t head = ~std::uint64_t{0} << firstBlock % 64;
+        const std::uint64_t tail = ~std::uint64_t{0} >> (63 - lastBlock % 64);
+        if (firstWord == lastWord) {
+            words[firstWord] |= head & tail;
+            return;
+        }
+        words[firstWord] |= head;
+        std::fill(words + firstWord + 1, words + lastWord, ~std::uint64_t{0});
+        words[lastWord] |= tail;
+    }
+
+    /// Calls visit(row, firstPixel, endPixel) for every maximal stretch of marked blocks within a word, top to bottom, left
+    /// to right, and unmarks it. The end may lie past the width by less than a block.
+    template <typename Visit>
+    void drain(Visit visit) {
+        for (int row = m_firstRow; row < m_endRow; ++row) {
+            std::uint64_t *const words = rowWords(row);
+            for (int index = 0; index < m_wordsPerRow; ++index) {
+                std::uint64_t word = words[index];
+                if (word == 0)
+                    continue;
+                words[index] = 0;
+                while (word != 0) {
+                    const int first = std::countr_zero(word);
+                    const int length = std::countr_one(word >> first);
+                    const int pixel = (index * 64 + first) * kBlockPixels;
+                    visit(row, pixel, pixel + length * kBlockPixels);
+                    if (first + length == 64)
+                        break;
+                    word &= ~std::uint64_t{0} << (first + length);
+                }
+            }
+        }
+        m_firstRow = m_wordsPerRow ? static_cast<int>(m_words.size() / static_cast<std::size_t>(m_wordsPerRow)) : 0;
+        m_endRow = 0;
+    }
+
+  private:
+    static constexpr int kPixelsPerWord = 64 * kBlockPixels;
+
+    std::uint64_t *rowWords(int row) {
+        return m_words.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(m_wordsPerRow);
+    }
+
+    std::vector<std::uint64_t> m_words;
+    int m_wordsPerRow = 0;
+    int m_firstRow = 0; ///< rows outside [m_firstRow, m_endRow) are unmarked
+    int m_endRow = 0;
+};
+
+} // namespace canvas

@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Sets up what is missing, builds, and runs every test in every configuration.
+#
+#   ./test                 everything below
+#   ./test --quick         only the release configuration
+#   ./test NAME...         only these, of: release debug asan ubsan tsan windows, and format, which runs only when named
+#
+# A configuration that fails does not keep the others from running. The last line counts the tests of all of them.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/setup/common.sh"
+cd "$ORVANEL_ROOT"
+
+ALL=(release debug asan ubsan tsan windows)
+case ${1:-} in
+-h | --help)
+    sed -n '/^#   \.\/test/s/^#   //p' "${BASH_SOURCE[0]}"
+    exit 0
+    ;;
+--quick) selected=(release) ;;
+"") selected=("${ALL[@]}") ;;
+*) selected=("$@") ;;
+esac
+for name in "${selected[@]}"; do
+    case " ${ALL[*]} format " in *" $name "*) ;; *) die "unknown configuration '$name': there are ${ALL[*]} format" ;; esac
+done
+
+JOBS=$(nproc)
+passed=0 failed=0 skipped=0
+lines=()
+
+note() { lines+=("$(printf '%-8s %s' "$1" "$2")"); }
+
+# count NAME JUNIT SECONDS: adds ctest's own counts.
+count() {
+    local tests fails skips
+    tests=$(tr '\n' ' ' <"$2" | sed -n 's/.*<testsuite[^>]*[[:space:]]tests="\([0-9]*\)".*/\1/p')
+    fails=$(tr '\n' ' ' <"$2" | sed -n 's/.*<testsuite[^>]*[[:space:]]failures="\([0-9]*\)".*/\1/p')
+    skips=$(tr '\n' ' ' <"$2" | sed -n 's/.*<testsuite[^>]*[[:space:]]skipped="\([0-9]*\)".*/\1/p')
+    passed=$((passed + tests - fails - skips)) failed=$((failed + fails)) skipped=$((skipped + skips))
+    note "$1" "$((tests - fails - skips)) passed, $fails failed, $skips skipped in $3 s"
+}
+
+# build PRESET: configures and builds; what it prints goes to a log unless it fails.
+build() {
+    local log=$ORVANEL_ROOT/build/$1.log
+    mkdir -p build
+    say "$1: building (log: build/$1.log)"
+    { cmake --preset "$1" && cmake --build --preset "$1" -- -j "$JOBS"; } >"$log" 2>&1 && return
+    grep -E -A 12 'error|FAILED|Error' "$log" | head -n 60 >&2 || tail -n 30 "$log" >&2
+    return 1
+}
+
+# suite PRESET: one configuration from configure to ctest.
+suite() {
+    local start=$SECONDS junit=$ORVANEL_ROOT/build/$1/ctest.xml
+    if ! build "$1"; then
+        failed=$((failed + 1))
+        note "$1" "did not build"
+        return
+    fi
+    rm -f "$junit"
+    say "$1: testing"
+    ctest --preset "$1" -j "$JOBS" --output-junit "$junit" || true
+    if [ ! -f "$junit" ]; then
+        failed=$((failed + 1))
+        note "$1" "ran no test"
+        return
+    fi
+    count "$1" "$junit" "$((SECONDS - start))"
+}
+
+windows() {
+    local start=$SECONDS
+    if build windows; then
+        note windows "built in $((SECONDS - start)) s"
+    else
+        failed=$((failed + 1))
+        note windows "did not build"
+    fi
+}
+
+format() {
+    say "format: clang-format over every C++ file"
+    local file bad=0
+    while read -r file; do
+        clang-format --dry-run --Werror "$file" 2>/dev/null && continue
+        bad=$((bad + 1))
+        echo "  $file"
+    done < <(git ls-files '*.cpp' '*.h')
+    if [ "$bad" = 0 ]; then
+        passed=$((passed + 1))
+        note format "clean"
+    else
+        failed=$((failed + 1))
+        note format "$bad files differ from .clang-format (clang-format -i FILE mends one)"
+    fi
+}
+
+purposes=(build host)
+for name in "${selected[@]}"; do
+    case $name in windows) purposes+=(windows) ;; format) purposes+=(checks) ;; esac
+done
+scripts/setup/packages.sh "${purposes[@]}"
+scripts/setup/python27.sh
+scripts/setup/clip.sh
+for name in "${selected[@]}"; do
+    case $name in
+    windows)
+        scripts/setup/python27-windows.sh
+        windows
+        ;;
+    format) format ;;
+    *) suite "$name" ;;
+    esac
+done
+
+echo
+say "summary"
+printf '%s\n' "${lines[@]}"
+if [ "$skipped" -gt 0 ]; then
+    echo "$passed passed, $failed failed, $skipped skipped"
+else
+    echo "$passed passed, $failed failed"
+fi
+[ "$failed" -eq 0 ]

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+// The operations of chain.h that change the number of points.
+
+#include <algorithm>
+
+#include "overlay/chain.h"
+#include "overlay/types/placement.h"
+
+namespace {
+
+/// How far the handles of a point inserted on a bent segment reach, as a fraction of the neighbouring anchors' distance:
+/// the tangent through the new point is parallel to the segment's chord, and the curve stays smooth.
+constexpr double kSmoothing = 0.15;
+
+/// from + trunc(factor x (b - a)) on one axis.
+std::int32_t advance(std::int32_t from, double factor, std::int32_t a, std::int32_t b) {
+    const double difference = static_cast<double>(b) - static_cast<double>(a);
+    return wrappingSum(from, truncateToInt32(factor * difference));
+}
+
+MPoint controlAt(const MPoint &from, double factor, const MPoint &a, const MPoint &b) {
+    return {kControlPoint, advance(from.x, factor, a.x, b.x), advance(from.y, factor, a.y, b.y), 0, 0, 0};
+}
+
+void insertRun(const Chain &chain, std::size_t position, const std::vector<MPoint> &run) {
+    std::vector<MPointF> twins;
+    twins.reserve(run.size());
+    for (const MPoint &point : run)
+        twins.push_back(normalisePoint(point, chain.placement));
+    const auto offset = static_cast<std::ptrdiff_t>(position);
+    chain.points.insert(chain.points.begin() + offset, run.begin(), run.end());
+    chain.pointsF.insert(chain.pointsF.begin() + offset, twins.begin(), twins.end());
+}
+
+void erase(const Chain &chain, std::size_t position, std::size_t count) {
+    const auto first = static_cast<std::ptrdiff_t>(position);
+    const auto last = static_cast<std::ptrdiff_t>(position + count);
+    chain.points.erase(chain.points.begin() + first, chain.points.begin() + last);
+    chain.pointsF.erase(chain.pointsF.begin() + first, chain.pointsF.begin() + last);
+}
+
+/// Number of control points that directly follow `index` without wrapping.
+std::size_t controlsAfter(const std::vector<MPoint> &points, std::size_t index) {
+    const auto first = points.begin() + static_cast<std::ptrdiff_t>(index) + 1;
+    return static_cast<std::size_t>(std::find_if_not(first, points.end(), isControl) - first);
+}
+
+bool endsWithControls(const std::vector<MPoint> &points) { return !points.empty() && isControl(points.back()); }
+
+/// Appends an anchor or a handle together with its twin.
+void append(const Chain &chain, const MPoint &point) {
+    chain.points.push_back(point);
+    chain.pointsF.push_back(normalisePoint(point, chain.placement));
+}
+
+void appendStraightControls(const Chain &chain, const MPoint &from, const MPoint &to) {
+    const auto [quarter, threeQuarters] = straightControls(from, to);
+    append(chain, quarter);
+    append(chain, threeQuarters);
+}
+
+} // namespace
+
+std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to) {
+    return {controlAt(from, 0.25, from, to), controlAt(from, 0.75, from, to)};
+}
+
+void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y) {
+    const MPoint anchor = {kAnchorPoint, x, y, 0, 0, 0};
+    const bool closed = endsWithControls(chain.points);
+    if (closed) {
+        // The closing segment leads to the new anchor from here on, and another one leads back from it.
+        const std::size_t last = anchorAtOrBefore(chain.points, chain.size() - 1).value_or(0);
+        erase(chain, last + 1, controlsAfter(chain.points, last));
+    }
+    if (!chain.points.empty())
+        appendStraightControls(chain, chain.points.back(), anchor);
+    append(chain, anchor);
+    if (closed)
+        closeChain(chain);
+}
+
+void closeChain(const Chain &chain) {
+    const auto first = chain.points.empty() ? std::nullopt : anchorAtOrAfter(chain.points, 0);
+    if (!first)
+        return;
+    const std::size_t last = *anchorAtOrBefore(chain.points, chain.size() - 1);
+    erase(chain, last + 1, controlsAfter(chain.points, last));
+    const MPoint from = chain.points[last];
+    const MPoint to = chain.points[*first];
+    appendStraightControls(chain, from, to);
+    chain.points[*first].curveIn = 0;
+    chain.pointsF[*first].curveIn = 0;
+}
+
+bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index) {
+    if (chain.points.empty())
+        return false;
+    const std::size_t count = chain.size();
+    const std::size_t start = isAnchor(chain.points[index % count]) ? wrappedIndex(index % count, -1, count) : index % count;
+    const auto found = anchorAtOrBefore(chain.points, start);
+    if (!found)
+        return false;
+    const std::size_t begin = *found;
+    erase(chain, begin + 1, std::min<std::size_t>(2, controlsAfter(chain.points, begin)));
+    const std::size_t end = wrappedIndex(begin, 1, chain.size());
+
+    MPoint inserted = {point.type, point.x, point.y, point.curveIn, point.curveOut, 0};
+    const MPoint from = chain.points[begin];
+    const MPoint to = chain.points[end];
+    std::vector<MPoint> run;
+    if (from.curveOut == 0) {
+        const auto [fromQuarter, fromThreeQuarters] = straightControls(from, inserted);
+        const auto [toQuarter, toThreeQuarters] = straightControls(inserted, to);
+        run = {fromQuarter, fromThreeQuarters, inserted, toQuarter, toThreeQuarters};
+    } else {
+        const MPoint before = chain.points[anchorAtOrBefore(chain.points, wrappedIndex(begin, -1, chain.size())).value_or(begin)];
+        const MPoint after = chain.points[anchorAtOrAfter(chain.points, wrappedIndex(end, 1, chain.size())).value_or(end)];
+        inserted.curveIn = inserted.curveOut = 1;
+        run = {controlAt(from, kSmoothing, before, inserted), controlAt(inserted, -kSmoothing, from, to), inserted,
+               controlAt(inserted, kSmoothing, from, to), controlAt(to, kSmoothing, after, inserted)};
+    }
+    insertRun(chain, begin + 1, run);
+    return true;
+}
+
+void removeAnchors(const Chain &chain, const std::vector<unsigned int> &selected) {
+    std::vector<bool> removed(chain.size(), false);
+    for (const unsigned int index : selected) {
+        if (index < chain.size())
+            removed[index] = true;
+    }
+    std::vector<std::size_t> kept;
+    for (std::size_t index = 0; index < chain.size(); ++index) {
+        if (isAnchor(chain.points[index]) && !removed[index])
+            kept.push_back(index);
+    }
+    std::vector<MPoint> points;
+    std::vector<MPointF> pointsF;
+    const Chain rebuilt = {points, pointsF, chain.placement};
+    const bool closed = endsWithControls(chain.points);
+    for (std::size_t position = 0; position < kept.size(); ++position) {
+        const std::size_t anchor = kept[position];
+        points.push_back(chain.points[anchor]);
+        pointsF.push_back(chain.pointsF[anchor]);
+        const bool isLast = position + 1 == kept.size();
+        if (isLast && !closed)
+            break;
+        const std::size_t next = kept[isLast ? 0 : position + 1];
+        const std::size_t controls = controlsAfter(chain.points, anchor);
+        if (kept.size() > 1 && wrappedIndex(anchor, static_cast<std::ptrdiff_t>(controls) + 1, chain.size()) == next) {
+            for (std::size_t index = anchor + 1; index <= anchor + controls; ++index) {
+                points.push_back(chain.points[index]);
+                pointsF.push_back(chain.pointsF[index]);
+            }
+            continue;
+        }
+        points.back().curveOut = pointsF.back().curveOut = 0;
+        appendStraightControls(rebuilt, chain.points[anchor], chain.points[next]);
+        chain.points[next].curveIn = chain.pointsF[next].curveIn = 0;
+        if (isLast)
+            points.front().curveIn = pointsF.front().curveIn = 0;
+    }
+    chain.points = std::move(points);
+    chain.pointsF = std::move(pointsF);
+}
+
+void removeLastAnchor(const Chain &chain) {
+    const std::size_t count = std::min<std::size_t>(3, chain.size());
+    erase(chain, chain.size() - count, count);
+}

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// The outline as a mask: stored into the keyframe track, or handed to Python as runs.
+
+#include "callback/python.h"
+#include "overlay/orvanel.h"
+#include "overlay/python_values.h"
+#include "overlay/texture_lock_guard.h"
+#include "overlay/types/placement.h"
+#include "support/diag_log.h"
+
+namespace {
+
+constexpr const char *kTooShortText = "[Convert2Mask] Error! point size is not enough!!!";
+
+/// The outline in pixels of a mask of that size. Coordinates are truncated without the half that display placement adds.
+std::vector<MPoint> maskPoints(const std::vector<MPointF> &pointsF, int width, int height) {
+    std::vector<MPoint> points;
+    points.reserve(pointsF.size());
+    for (const MPointF &point : pointsF)
+        points.push_back({point.type, truncateToInt32(static_cast<float>(width) * point.x),
+                          truncateToInt32(static_cast<float>(height) * point.y), point.curveIn, point.curveOut, 0});
+    return points;
+}
+
+} // namespace
+
+HRESULT Orvanel::Convert2Mask(bool refreshAll) {
+    const TextureLockGuard lock(m_textureLock);
+    DiagLogPrint("Orvanel::Convert2Mask() enter\n");
+    if (m_points.size() < kFewestMaskPoints) {
+        DiagLogPrint(kTooShortText);
+        return E_FAIL;
+    }
+    m_isMask = true;
+    DiagLogPrint("[Convert2Mask] MaskDataLen=%d(short), BufferSize=(%d,%d)", static_cast<int>(m_maskData.size()),
+                 static_cast<int>(m_displayWidth), static_cast<int>(m_displayHeight));
+    m_geometryChanged = true;
+    HRESULT result = S_OK;
+    if (refreshAll && !m_keyFrames.empty()) {
+        for (const KeyFrame &keyFrame : m_keyFrames)
+            fillFromOutline(*keyFrame.record, -1);
+        result = 1;
+    } else {
+        CacheCurrentKeyframe();
+    }
+    m_updateRect = {0, 0, static_cast<std::int32_t>(m_displayWidth), static_cast<std::int32_t>(m_displayHeight)};
+    markWholeSurfaceDirty();
+    DiagLogPrint("Orvanel::Convert2Mask() end\n");
+    return result;
+}
+
+PyObject *Orvanel::Convert2SelectionLineUS(PyObject *size) const {
+    DiagLogPrint("Orvanel::Convert2SelectionLineUS() enter\n");
+    std::vector<Quill::MaskRunF> runs;
+    {
+        const TextureLockGuard lock(m_textureLock);
+        if (m_pointsF.size() < kFewestMaskPoints) {
+            DiagLogPrint(kTooShortText);
+            // Without a reference of its own: hosts have been built around this count. Module initialisation provides for it.
+            return Py_None;
+        }
+        int width = 0;
+        int height = 0;
+        // A malformed size leaves 0 x 0, and the interpreter's error for the caller to meet.
+        parseIntPair(size, width, height);
+        const std::vector<MPoint> points = maskPoints(m_pointsF, width, height);
+        const HRESULT result = ConvertPoints2MaskUS(points.data(), static_cast<int>(points.size()), 0, 0, width, height, false,
+                                                    nullptr, &runs);
+        DiagLogPrint("[Orvanel::Convert2SelectionLineUS] ConvertPoints2MaskUS result = %d", static_cast<int>(result));
+    }
+    PyObject *const list = buildRunList(runs);
+    DiagLogPrint("Orvanel::Convert2SelectionLineUS() end\n");
+    return list;
+}

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// Construction, destruction, and the small services around the object's state.
+
+#include "overlay/orvanel.h"
+
+#include <algorithm>
+
+#include "callback/py_locks.h"
+#include "overlay/event_queue.h"
+#include "overlay/frame_source.h"
+#include "overlay/texture_lock_guard.h"
+#include "overlay/worker.h"
+#include "platform/com.h"
+#include "support/diag_log.h"
+#include "texture/py_map_wrapper.h"
+
+Orvanel::Orvanel() : m_frameSource(std::make_unique<FrameSource>(*this)) {
+    DiagLogOpen("Orvanel");
+    OverlayCanvas *canvas = nullptr;
+    // Without the component the object lives on: what needs it answers E_FAIL.
+    platform::createInstance(CLSID_OverlayCanvas, IID_OverlayCanvas, reinterpret_cast<void **>(&canvas));
+    m_canvas.reset(canvas);
+    startWorker();
+}
+
+Orvanel::~Orvanel() { Uninitialize(); }
+
+int Orvanel::Uninitialize() {
+    const PyAllowThreads allowThreads;
+    stopWorker();
+    releaseTextureMap();
+    {
+        const std::lock_guard lock(m_textureLock);
+        m_canvas.reset();
+        m_keyFrames.clear();
+    }
+    DiagLogPrint("Uninitialize!");
+    return 0;
+}
+
+int Orvanel::SetCallbackFunc(PyObject *callable) {
+    SetCallback(callable);
+    return 0;
+}
+
+void Orvanel::CallBack(ECallBack_State state) { Call("i", static_cast<int>(state)); }
+
+void Orvanel::raise(ECallBack_State state) {
+    if (EventQueue *const queue = EventQueue::current(this))
+        queue->push(state);
+    else
+        CallBack(state);
+}
+
+void Orvanel::LockTexture() { TextureLockGuard::enter(m_textureLock); }
+
+void Orvanel::UnlockTexture() { m_textureLock.unlock(); }
+
+void Orvanel::markEdited() {
+    m_dirty = true;
+    m_dirtyIndex = -1;
+}
+
+void Orvanel::markWholeSurfaceDirty() {
+    m_dirtyRect = {0, 0, static_cast<std::int32_t>(m_displayWidth), static_cast<std::int32_t>(m_displayHeight)};
+    m_dirty = true;
+}
+
+void Orvanel::setHover(const HoverPoint &hover) {
+    const std::lock_guard lock(m_hoverLock);
+    m_hover = hover;
+}
+
+void Orvanel::clearDragBookkeeping() {
+    m_press = {};
+    m_band = {};
+}
+
+void Orvanel::forgetSelectionAndHover() {
+    clearDragBookkeeping();
+    m_selected.clear();
+    setHover({});
+}
+
+bool Orvanel::isSelected(std::uint32_t index) const {
+    return std::find(m_selected.begin(), m_selected.end(), index) != m_selected.end();
+}
