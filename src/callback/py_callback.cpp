@@ -56,7 +56,7 @@ void PyCallback::Call(const char *format, ...) const {
     const PyGILGuard lock;
     va_list arguments;
     va_start(arguments, format);
-    if (m_callable)
-        Py_XDECREF(callWithLock(m_callable, format, arguments));
+    PyObject *const result = m_callable ? callWithLock(m_callable, format, arguments) : nullptr;
+    Py_XDECREF(result);
     va_end(arguments);
 }
