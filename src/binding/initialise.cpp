@@ -10,6 +10,7 @@
 #include "binding/opaque_object.h"
 #include "binding/pointer_conversion.h"
 #include "binding/type_registry.h"
+#include "callback/interpreter_gate.h"
 #include "callback/python.h"
 
 namespace binding {
@@ -50,6 +51,9 @@ void initialiseModule() {
     PyTypeObject *const type = opaqueType();
     Py_INCREF(type);
     if (PyModule_AddObject(module, type->tp_name, reinterpret_cast<PyObject *>(type)) != 0)
+        return;
+    PyObject *const watch = watchInterpreter();
+    if (!watch || PyModule_AddObject(module, "_interpreter_watch", watch) != 0)
         return;
     for (const Constant &constant : kConstants) {
         if (PyModule_AddIntConstant(module, constant.name, constant.value) != 0)
