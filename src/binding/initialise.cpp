@@ -12,6 +12,7 @@
 #include "binding/type_registry.h"
 #include "callback/interpreter_gate.h"
 #include "callback/python.h"
+#include "texture/pointer_extraction.h"
 
 namespace binding {
 
@@ -44,6 +45,7 @@ void initialiseModule() {
     if (!joinTypeRegistry() || !prepareOpaqueType())
         return;
     forgetProxyClass();
+    registerPointerExtractor(&carriedAddress);
     constexpr int kApiVersion = 1013;
     PyObject *const module = Py_InitModule4("_Orvanel", methodTable(), nullptr, nullptr, kApiVersion);
     if (!module)

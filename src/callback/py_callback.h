@@ -45,6 +45,9 @@ class PyCallback {
     /// Whatever the callable returned. New reference, to be used with the interpreter lock held; null after a failure.
     PyObject *CallObject(const char *format, ...) const;
 
+    /// The number of the host's main window, for the host; nothing here uses it.
+    std::int32_t hostMainWindow() const { return m_hostMainWindow; }
+
     /// Keeps the object alive for a scope in which code of its own runs, against a destruction asked for in between: by
     /// a callable that the code delivers to, or by another thread while the interpreter lock is released. Lock held at
     /// both ends.
@@ -72,7 +75,7 @@ class PyCallback {
     void destroyKeepingError() const;
 
     std::atomic<PyObject *> m_callable{nullptr}; ///< other threads test it for null without the lock
-    std::int32_t m_hostMainWindow;               ///< kept for the host; read from its environment at construction
+    std::int32_t m_hostMainWindow;               ///< read from the environment at construction
     mutable int m_uses = 0;                      ///< guarded by the interpreter lock, as is m_doomed
     bool m_doomed = false;                       ///< to be deleted when m_uses comes to 0
 };
