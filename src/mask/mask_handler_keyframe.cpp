@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "mask/mask_handler.h"
 #include "mask/no_throw.h"
@@ -20,8 +21,12 @@ std::int64_t wrappingDifference(std::int64_t a, std::int64_t b) {
 /// Position of `duration` between the two keyframes: 0 at the first, 1 at the second, whatever it is outside, and
 /// infinite or NaN when both stand at the same time.
 double timeRatio(std::int64_t duration, std::int64_t first, std::int64_t second) {
-    return static_cast<double>(wrappingDifference(duration, first)) /
-           static_cast<double>(wrappingDifference(second, first));
+    const auto passed = static_cast<double>(wrappingDifference(duration, first));
+    const auto whole = static_cast<double>(wrappingDifference(second, first));
+    if (whole != 0)
+        return passed / whole;
+    using Limits = std::numeric_limits<double>;
+    return passed == 0 ? Limits::quiet_NaN() : std::copysign(Limits::infinity(), passed);
 }
 
 /// Difference in single precision, product in double, sum in single again.

@@ -7,12 +7,14 @@
 
 #include "callback/py_locks.h"
 #include "overlay/event_queue.h"
+#include "overlay/frame_source.h"
 #include "overlay/texture_lock_guard.h"
 #include "overlay/worker.h"
 #include "platform/com.h"
 #include "support/diag_log.h"
+#include "texture/py_map_wrapper.h"
 
-Orvanel::Orvanel() {
+Orvanel::Orvanel() : m_frameSource(std::make_unique<FrameSource>(*this)) {
     DiagLogOpen("Orvanel");
     OverlayCanvas *canvas = nullptr;
     // Without the component the object lives on: what needs it answers E_FAIL.
@@ -26,6 +28,7 @@ Orvanel::~Orvanel() { Uninitialize(); }
 int Orvanel::Uninitialize() {
     const PyAllowThreads allowThreads;
     stopWorker();
+    releaseTextureMap();
     {
         const std::lock_guard lock(m_textureLock);
         m_canvas.reset();

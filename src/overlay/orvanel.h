@@ -31,7 +31,13 @@
 #include "platform/com_pointer.h"
 #include "platform/reentrant_lock.h"
 
+class FrameSource;
+class PyMapWrapper;
 struct WorkerBlock;
+
+namespace loom {
+class IAllocator;
+}
 
 /// A feather or feather-shift record; its values belong to the host.
 struct FeatherRecord {
@@ -49,6 +55,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
 
     // --- Lifecycle and placement (orvanel.cpp, display_placement.cpp) ---
 
+    /// Replaces the texture map. Both Python objects may be null. 1 when its textures were made, else 0; the map is kept.
+    int Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureSyncer *syncer);
     /// Stops the worker; releases the texture map, the canvas and all keyframes. May run twice. 0.
     int Uninitialize();
     /// Resizes the canvas to the display size. E_FAIL without a canvas.
@@ -59,6 +67,9 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     /// Multiplies the sizes of all marks; halves round up.
     void SetSizeScaler(float scale);
     UINT GetBufferLen() const { return m_bufferLen; }
+    /// The texture map as the renderer sees it, without a reference, or null before Create.
+    loom::IAllocator *GetAllocator() const;
+    void VideoTextureSyncerClosed();
     void LockTexture();
     void UnlockTexture();
     /// Hands a state to the host's callable.
@@ -177,6 +188,9 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void raise(ECallBack_State state);
     void startWorker();
     void stopWorker();
+    platform::ComPointer<PyMapWrapper> exchangeTextureMap(platform::ComPointer<PyMapWrapper> map);
+    platform::ComPointer<PyMapWrapper> currentTextureMap() const;
+    void releaseTextureMap();
 
     Chain liveChain() { return {m_points, m_pointsF, m_videoRect}; }
     static Chain chainOf(Quill::KeyFrameMaskInfo &record) { return {record.points, record.pointsF, record.placement}; }
@@ -260,6 +274,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     mutable platform::ReentrantLock m_textureLock; ///< the outline, the keyframes, the canvas and its buffer
     std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
     std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
+    std::unique_ptr<FrameSource> m_frameSource;
+    platform::ComPointer<PyMapWrapper> m_mapWrapper; ///< exchanged under m_textureLock
     std::array<std::int64_t, 4> m_videoInfo{};
 
     std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery

@@ -86,11 +86,6 @@ void Orvanel::HideAllPoints() {
         m_canvas->HideAllPoints();
 }
 
-void Orvanel::ForceUpdateFrame() {
-    const TextureLockGuard lock(m_textureLock);
-    markEdited();
-}
-
 BYTE *Orvanel::QueryBuffer() const {
     const TextureLockGuard lock(m_textureLock);
     BYTE *buffer = nullptr;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <thread>
 
@@ -17,6 +18,13 @@ class ReentrantLock {
     }
     bool try_lock() {
         if (!m_mutex.try_lock())
+            return false;
+        entered();
+        return true;
+    }
+    template <typename Rep, typename Period>
+    bool try_lock_for(const std::chrono::duration<Rep, Period> &duration) {
+        if (!m_mutex.try_lock_for(duration))
             return false;
         entered();
         return true;
@@ -37,7 +45,7 @@ class ReentrantLock {
         ++m_depth;
     }
 
-    std::recursive_mutex m_mutex;
+    std::recursive_timed_mutex m_mutex;
     std::atomic<std::thread::id> m_owner{};
     int m_depth = 0; ///< guarded by m_mutex
 };
