@@ -38,7 +38,9 @@ PyObject *callWithLock(PyObject *callable, const char *format, va_list arguments
 
 PyCallback::PyCallback() : m_hostMainWindow(platform::environmentNumber("loom main window")) {}
 
-PyCallback::~PyCallback() { SetCallback(nullptr); }
+PyCallback::~PyCallback() {
+    SetCallback(nullptr);
+}
 
 PyObject *PyCallback::SetCallback(PyObject *callable) {
     PyObject *const old = m_callable;
@@ -59,4 +61,17 @@ void PyCallback::Call(const char *format, ...) const {
     PyObject *const result = m_callable ? callWithLock(m_callable, format, arguments) : nullptr;
     Py_XDECREF(result);
     va_end(arguments);
+}
+
+void PyCallback::DestroyWhenUnused() {
+    m_doomed = true;
+    if (m_uses == 0)
+        destroyKeepingError();
+}
+
+void PyCallback::destroyKeepingError() const {
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    delete this;
+    PyErr_Restore(type, value, traceback);
 }

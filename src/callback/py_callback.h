@@ -22,7 +22,8 @@ class PyCallback {
     /// Returns what is stored (borrowed) or null.
     PyObject *SetCallback(PyObject *callable);
 
-    /// Delivers an event. A Python error is printed and dropped; without a callable nothing happens and no lock is taken.
+    /// Delivers an event. A Python error is printed and dropped; without a callable nothing happens and no lock is
+    /// taken.
     void Call(const char *format, ...) const;
 
     // The result-bearing forms give 0, 0.0 or an empty text when there is no callable or the call failed.
@@ -33,7 +34,30 @@ class PyCallback {
     /// New reference, or null after a failure. Must only be used when a callable is stored.
     PyObject *CallObject(const char *format, ...) const;
 
+    /// Keeps the object alive for a scope in which code of its own runs, against a destruction asked for in between: by
+    /// a callable that the code delivers to, or by another thread while the interpreter lock is released.
+    class Use {
+      public:
+        explicit Use(const PyCallback &object) : m_object(object) { ++object.m_uses; }
+        ~Use() {
+            if (--m_object.m_uses == 0 && m_object.m_doomed)
+                m_object.destroyKeepingError();
+        }
+        Use(const Use &) = delete;
+        Use &operator=(const Use &) = delete;
+
+      private:
+        const PyCallback &m_object;
+    };
+
+    /// Deletes an object made with new, at once or at the end of the last Use.
+    void DestroyWhenUnused();
+
   private:
+    void destroyKeepingError() const;
+
+    mutable int m_uses = 0; ///< guarded by the interpreter lock, as is m_doomed
+    bool m_doomed = false;  ///< to be deleted when m_uses comes to 0
     PyObject *m_callable = nullptr;
     std::int32_t m_hostMainWindow; ///< kept for the host; read from its environment at construction
 };

@@ -5,7 +5,9 @@
 
 PyGILGuard::PyGILGuard() : m_state(PyGILState_Ensure()) {}
 
-PyGILGuard::~PyGILGuard() { PyGILState_Release(static_cast<PyGILState_STATE>(m_state)); }
+PyGILGuard::~PyGILGuard() {
+    PyGILState_Release(static_cast<PyGILState_STATE>(m_state));
+}
 
 namespace {
 
