@@ -95,7 +95,7 @@ class KeyframeTrack(object):
 
     def _new_keyframe(self, key):
         keyframe = self.get_keyframe_mask_info(key)
-        keyframe.position = key
+        keyframe.position = keyframe.duration = key
         return keyframe
 
     def get_keyframe_mask_info(self, duration):
@@ -210,5 +210,5 @@ class KeyframeTrack(object):
         else:
             self.cache_current_keyframe()
             result = 0
-        self.dirty = True
+        self.mark_all_dirty()
         return result

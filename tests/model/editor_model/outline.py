@@ -117,9 +117,11 @@ class Outline(object):
         if not self.points:
             run = [anchor]
         elif self.is_closed():
-            last = self.points[self.anchors()[-1]]
+            last = self.anchors()[-1]
             self.remove(len(self) - 2, len(self))
-            run = straight_controls(last, anchor) + [anchor] + straight_controls(anchor, self.points[0])
+            self.set_curve(last, "curve_out", 0)
+            self.set_curve(0, "curve_in", 0)
+            run = straight_controls(self.points[last], anchor) + [anchor] + straight_controls(anchor, self.points[0])
         else:
             run = straight_controls(self.points[-1], anchor) + [anchor]
         self.insert_run(len(self), run, rect)

@@ -4,7 +4,7 @@ from __future__ import absolute_import
 
 import collections
 
-from editor_model.records import Undefined
+from editor_model.records import Undefined, from_bytes
 from lockstep.generator import Generator
 from lockstep.sides import ModelSide, ModuleSide, hostkit
 
@@ -18,21 +18,38 @@ class Difference(Exception):
     """The two sides disagree after a step."""
 
 
-def _shortened(value):
-    text = repr(value)
-    return text if len(text) <= 600 else text[:600] + "..."
+def _parts(value, path=""):
+    """A value taken apart into (path, part) pairs, the byte strings of points into their fields."""
+    if isinstance(value, dict):
+        value = [value.get(key) for key in range(10)]
+    if isinstance(value, bytes) and from_bytes(value):
+        value = [point.as_tuple() for point in from_bytes(value)]
+    if not isinstance(value, (list, tuple)):
+        return [(path, value)]
+    return [part for index, item in enumerate(value) for part in _parts(item, "%s[%d]" % (path, index))]
 
 
 def _compare(what, model, module):
-    if model != module:
-        raise Difference("%s\n    model:  %s\n    module: %s" % (what, _shortened(model), _shortened(module)))
+    if model == module:
+        return
+    lines = [what]
+    parts, seen = _parts(model), _parts(module)
+    if [path for path, _ in parts] != [path for path, _ in seen]:
+        lines += ["model:  %r" % (model,), "module: %r" % (module,)]
+    lines += ["%s  model: %r, module: %r" % (path or "value", part, other)
+              for (path, part), (_, other) in zip(parts, seen) if part != other]
+    raise Difference("\n    ".join(lines[:12]))
 
 
 def _play_step(step, model, module, counts):
     name, arguments = step[0], step[1:]
     agreed = model.lengths_agree()
     expected = getattr(model, name)(*arguments)
-    _compare("result of %s" % name, expected, getattr(module, name)(*arguments))
+    try:
+        result = getattr(module, name)(*arguments)
+    except Exception as error:
+        raise Difference("%s raises %r" % (name, error))
+    _compare("result of %s" % name, expected, result)
 
     codes, signalled = model.take_events()
     codes_raised, reported = module.take_events()

@@ -227,7 +227,8 @@ class ModuleSide(object):
 
     def prepare_keyframe(self, *arguments):
         buffer = entries.Orvanel_PrepareKeyframe(self._object, *arguments)
-        assert (buffer is not None) == self._works, "PrepareKeyframe gives %r" % buffer
+        drawable = self._works and entries.Orvanel_GetBufferLen(self._object) > 0
+        assert (buffer is not None) == drawable, "PrepareKeyframe gives %r" % buffer
 
     def cache_current_keyframe(self):
         return entries.Orvanel_CacheCurrentKeyframe(self._object)
@@ -268,7 +269,7 @@ class ModuleSide(object):
     def generate_between(self, slot, first, second, duration):
         keyframes = self.settings.get(slot, {}).get(3, [])
         if max(first, second) < len(keyframes):
-            return entries.Orvanel_GenerateSpecificKeyFrame(self._object, keyframes[first], keyframes[second], duration)
+            return entries.Orvanel_GenerateSpecificKeyFrame(keyframes[first], keyframes[second], duration)
 
     def take_record(self, slot, duration):
         if slot in self.records:
