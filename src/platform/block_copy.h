@@ -2,13 +2,13 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 
 namespace platform {
 
-/// Copies one large block that the processor will not read again soon.
-inline void copyBlock(void *destination, const void *source, std::size_t bytes) {
-    std::memcpy(destination, source, bytes);
-}
+/// From this size on a block is written past the caches.
+inline constexpr std::size_t kStreamedBlock = std::size_t{12} << 20;
+
+/// Copies one block of pixels, as fast as the machine allows for its size. The two must not overlap.
+void copyBlock(void *destination, const void *source, std::size_t bytes);
 
 } // namespace platform
