@@ -107,13 +107,9 @@ void AreaFill::fill(Surface &surface, std::span<const FixedPoint> vertices, Pixe
             if (first == end)
                 continue;
             std::sort(first, end);
-            const Surface::TouchedRow touched = surface.touchRow(y);
-            for (; first != end; first += 2) {
-                if (first[0] == first[1])
-                    continue;
-                touched.mark(first[0], first[1]);
-                fillSpan(surface.row(y) + first[0], first[1] - first[0], color, blank);
-            }
+            for (; first != end; first += 2)
+                if (const int count = first[1] - first[0]; count > 0)
+                    fillSpan(surface.touch(y, first[0], count), count, color, blank);
         }
     }
 }

@@ -25,10 +25,9 @@ void paintBox(Surface &surface, const Box &box, Pixel color) {
         return;
     for (std::int64_t row = std::max<std::int64_t>(box.top, 0); row <= std::min<std::int64_t>(box.bottom, surface.height() - 1);
          ++row) {
-        surface.touch(static_cast<int>(row), first, last + 1);
-        Pixel *const pixels = surface.row(static_cast<int>(row));
-        for (int column = first; column <= last; ++column)
-            pixels[column] = over(pixels[column], color);
+        Pixel *const pixels = surface.touch(static_cast<int>(row), first, last + 1 - first);
+        for (int i = 0; i <= last - first; ++i)
+            pixels[i] = over(pixels[i], color);
     }
 }
 
