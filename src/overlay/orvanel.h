@@ -53,7 +53,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     Orvanel();
     ~Orvanel() override;
 
-    // --- Lifecycle and placement (orvanel.cpp, placement_control.cpp) ---
+    // --- Lifecycle and placement (orvanel.cpp, display_placement.cpp) ---
 
     /// Replaces the texture map. Both Python objects may be null. 1 when its textures were made, else 0; the map is kept.
     int Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureSyncer *syncer);
@@ -67,8 +67,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     /// Multiplies the sizes of all marks; halves round up.
     void SetSizeScaler(float scale);
     UINT GetBufferLen() const { return m_bufferLen; }
-    /// The texture map as the renderer sees it, or null before Create.
-    loom::IAllocator *GetAllocator() const;
+    /// The texture map as the renderer sees it, without a reference, or null before Create.
+    loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     void LockTexture();
     void UnlockTexture();
@@ -168,17 +168,15 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     PyObject *GetCentroidUS();
     static PyObject *GenerateSpecificKeyFrame(PyObject *first, PyObject *second, LONGLONG duration);
 
-    // --- Masks (mask_conversion.cpp, point_fitting.cpp) ---
+    // --- Masks (mask_conversion.cpp) ---
 
     /// Stores the outline into the keyframe track. 1: every keyframe refreshed; 0: the current one stored; E_FAIL: too short.
     HRESULT Convert2Mask(bool refreshAll);
     /// List of (x, y, length) tuples, or None without a reference when the outline is too short.
     PyObject *Convert2SelectionLineUS(PyObject *size) const;
-    PyObject *AdjustPoints(PyObject *ignored, PyObject *runs, PyObject *size);
 
   private:
     friend class OrvanelInspector;
-    friend class FrameSource;
 
     struct KeyFrame {
         std::int64_t duration;
@@ -190,6 +188,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void raise(ECallBack_State state);
     void startWorker();
     void stopWorker();
+    platform::ComPointer<PyMapWrapper> exchangeTextureMap(platform::ComPointer<PyMapWrapper> map);
+    platform::ComPointer<PyMapWrapper> currentTextureMap() const;
     void releaseTextureMap();
 
     Chain liveChain() { return {m_points, m_pointsF, m_videoRect}; }
@@ -275,11 +275,12 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
     std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
     std::unique_ptr<FrameSource> m_frameSource;
-    platform::ComPointer<PyMapWrapper> m_mapWrapper;
+    platform::ComPointer<PyMapWrapper> m_mapWrapper; ///< exchanged under m_textureLock
     std::array<std::int64_t, 4> m_videoInfo{};
 
     std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery
     std::thread m_workerThread;
+    std::thread::id m_workerId; ///< also after the thread has been detached
 
     MarkSizes m_markSizes;
     float m_sizeScaler = 1.0F;

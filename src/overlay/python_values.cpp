@@ -47,6 +47,22 @@ bool parseIntPair(PyObject *object, int &first, int &second) {
     return true;
 }
 
+std::vector<Quill::MaskRunF> readRunList(PyObject *list) {
+    std::vector<Quill::MaskRunF> runs;
+    if (!list || !PyList_Check(list))
+        return runs;
+    for (Py_ssize_t index = 0; index < PyList_GET_SIZE(list); ++index) {
+        const PyRef item = PyRef::share(PyList_GET_ITEM(list, index));
+        Quill::MaskRunF run;
+        if (!PyTuple_Check(item.get()) || !PyArg_ParseTuple(item.get(), "fff", &run.x, &run.y, &run.length)) {
+            PyErr_Clear();
+            run = {};
+        }
+        runs.push_back(run);
+    }
+    return runs;
+}
+
 PyObject *buildRunList(const std::vector<Quill::MaskRunF> &runs) { return buildList(runs, buildRun); }
 
 PyObject *buildPointBytes(const std::vector<MPointF> &points) {

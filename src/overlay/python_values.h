@@ -14,6 +14,8 @@
 /// Reads a tuple of two integers. On failure both stay as they are and the interpreter's error stays pending.
 bool parseIntPair(PyObject *object, int &first, int &second);
 
+/// The runs of a list of (x, y, length) tuples; a malformed item becomes a run of zeroes, anything but a list no runs.
+std::vector<Quill::MaskRunF> readRunList(PyObject *list);
 /// List of (x, y, length) tuples of floats.
 PyObject *buildRunList(const std::vector<Quill::MaskRunF> &runs);
 

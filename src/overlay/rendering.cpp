@@ -6,8 +6,9 @@
 #include "overlay/orvanel.h"
 
 #include "overlay/texture_lock_guard.h"
+#include "callback/python.h"
+#include "platform/png_file.h"
 #include "support/diag_log.h"
-#include "texture/py_map_wrapper.h"
 
 namespace {
 
@@ -85,13 +86,6 @@ void Orvanel::HideAllPoints() {
         m_canvas->HideAllPoints();
 }
 
-void Orvanel::ForceUpdateFrame() {
-    const TextureLockGuard lock(m_textureLock);
-    markEdited();
-    if (m_mapWrapper)
-        m_mapWrapper->UpdateFrame();
-}
-
 BYTE *Orvanel::QueryBuffer() const {
     const TextureLockGuard lock(m_textureLock);
     BYTE *buffer = nullptr;
@@ -99,4 +93,9 @@ BYTE *Orvanel::QueryBuffer() const {
     if (!m_canvas || FAILED(m_canvas->GetBuffer(&buffer, &length)))
         return nullptr;
     return buffer;
+}
+
+PyObject *Orvanel::GetDirtyRect() const {
+    const TextureLockGuard lock(m_textureLock);
+    return Py_BuildValue("iiii", m_dirtyRect.left, m_dirtyRect.top, m_dirtyRect.width, m_dirtyRect.height);
 }

@@ -9,7 +9,7 @@ namespace platform {
 using ClassFactory = HRESULT (*)(const GUID &iid, void **object);
 
 /// Creates an in-process component. A factory registered below comes first; on Windows CoCreateInstance follows.
-/// Errors: REGDB_E_CLASSNOTREG when nobody offers the class.
+/// Errors: REGDB_E_CLASSNOTREG when nobody offers the class, E_POINTER for a null `object`.
 HRESULT createInstance(const GUID &clsid, const GUID &iid, void **object);
 
 /// Registers (or, with null, withdraws) this process's factory of one class. Returns the factory it replaces.

@@ -1,35 +1,53 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdarg>
-#include <cstddef>
 #include <optional>
 
 // What the diagnostic log needs of the system: where its switches stand, and where its lines go.
 
 namespace platform {
 
+/// The key path of the switches unless the caller chooses another one.
+inline constexpr wchar_t kDefaultLogKey[] = L"SoftWare\\Brannock\\Tintmoor";
+/// The names of the two switches.
+inline constexpr wchar_t kDumpSwitch[] = L"DumpMsg";
+inline constexpr wchar_t kEventTraceSwitch[] = L"DumpInETW";
+
 /// The two switches as stored by the machine's administrator.
 struct LogSwitches {
-    bool dump = false;       ///< "DumpMsg": write lines at all
-    bool eventTrace = false; ///< "DumpInETW": write them to the system's event log instead of the debugger
+    bool dump = false;       ///< write lines at all
+    bool eventTrace = false; ///< write them to the system's event log instead of the debugger
+
+    friend bool operator==(const LogSwitches &, const LogSwitches &) = default;
 };
 
-/// Reads the switches. `keyPath` null means the default location; `valueName` null means "DumpMsg". Nothing when the
-/// location does not exist. Windows: registry, HKEY_LOCAL_MACHINE; elsewhere: a settings file (docs/logging.md).
-std::optional<LogSwitches> readLogSwitches(const wchar_t *keyPath, const wchar_t *valueName);
+/// Sinks and switches of the log. Every operation may be called from any thread; failures are silent.
+class LogBackend {
+  public:
+    /// Reads the switches at a key path, the first one from the value `dumpName`; a value that is absent or no number
+    /// is off. Nothing when the location does not open.
+    virtual std::optional<LogSwitches> readSwitches(const wchar_t *keyPath, const wchar_t *dumpName) = 0;
 
-/// Writes one line, line end included, to the debugger (standard error off Windows).
-void writeDebugLine(const char *line);
-void writeDebugLineW(const wchar_t *line);
+    /// Writes a line, line end included, to the debugger.
+    virtual void writeDebug(const char *line) = 0;
+    virtual void writeDebugW(const wchar_t *line) = 0;
 
-/// Connects to the event log, once per process; false when it is not available.
-bool openEventTrace();
-void closeEventTrace();
-/// Writes one line to the event log; nothing when it is not connected.
-void writeEventTrace(const wchar_t *line);
+    /// Connects to the event log, once until it is closed; false when the system has none.
+    virtual bool openEventTrace() = 0;
+    virtual void closeEventTrace() = 0;
+    /// Writes a line to the event log; nothing when that is not connected.
+    virtual void writeEventTrace(const wchar_t *line) = 0;
 
-/// Formats like Microsoft's vswprintf: %S is narrow, %s is wide. Truncates to `size` - 1 characters, always terminated.
-void formatWide(wchar_t *buffer, std::size_t size, const wchar_t *format, va_list arguments);
+    /// Writes text to the process's standard output.
+    virtual void writeOutput(const char *text) = 0;
+    virtual void writeOutputW(const wchar_t *text) = 0;
+
+  protected:
+    ~LogBackend() = default;
+};
+
+/// This system's own. Windows: the registry below HKEY_LOCAL_MACHINE, OutputDebugString, Event Tracing for Windows.
+/// Elsewhere: a settings file, standard error, syslog (docs/logging.md).
+LogBackend &systemLogBackend();
 
 } // namespace platform

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <thread>
 
@@ -21,12 +22,31 @@ class ReentrantLock {
         entered();
         return true;
     }
+    template <typename Rep, typename Period>
+    bool try_lock_for(const std::chrono::duration<Rep, Period> &duration) {
+        if (!m_mutex.try_lock_for(duration))
+            return false;
+        entered();
+        return true;
+    }
     void unlock() {
         if (!isOwned())
             return;
         if (--m_depth == 0)
             m_owner.store(std::thread::id(), std::memory_order_relaxed);
         m_mutex.unlock();
+    }
+    /// Gives up every hold of the calling thread, for a wait during which others must get on; how many there were.
+    int releaseAll() {
+        const int depth = isOwned() ? m_depth : 0;
+        for (int hold = 0; hold < depth; ++hold)
+            unlock();
+        return depth;
+    }
+    /// Takes the lock as many times again.
+    void takeBack(int depth) {
+        for (int hold = 0; hold < depth; ++hold)
+            lock();
     }
     /// Whether the calling thread holds the lock.
     bool isOwned() const { return m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id(); }
@@ -37,7 +57,7 @@ class ReentrantLock {
         ++m_depth;
     }
 
-    std::recursive_mutex m_mutex;
+    std::recursive_timed_mutex m_mutex;
     std::atomic<std::thread::id> m_owner{};
     int m_depth = 0; ///< guarded by m_mutex
 };

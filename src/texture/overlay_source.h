@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
+
 #include "overlay/types/video_texture_syncer.h"
 #include "platform/win_types.h"
 
@@ -10,6 +12,12 @@ class OverlaySource {
     /// Bracket a refresh: no other thread resizes or redraws the buffer in between.
     virtual void lockTexture() = 0;
     virtual void unlockTexture() = 0;
+    /// As lockTexture, but false when the lock could not be had within `milliseconds`. What a refresh calls: an owner
+    /// that can give up here is never waited for in vain by a thread that holds the lock while it takes the owner away.
+    virtual bool tryLockTexture(std::uint32_t) {
+        lockTexture();
+        return true;
+    }
 
     virtual bool isVisible() const = 0;
     virtual bool isPreviewMode() const = 0;

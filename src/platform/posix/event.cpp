@@ -14,29 +14,33 @@ struct Event::State {
 
     std::mutex mutex;
     std::condition_variable changed;
-    bool automatic;
-    bool signalled;
+    const bool automatic;
+    bool signalled; ///< guarded by mutex
 };
 
 Event::Event(Reset reset, bool signalled) : m_state(std::make_shared<State>(reset, signalled)) {}
 
 Event::Event(const char *name, Reset reset, bool signalled) {
-    static std::mutex mutex;
-    static std::map<std::string, std::weak_ptr<State>> named;
-    const std::lock_guard guard(mutex);
-    std::weak_ptr<State> &slot = named[name];
-    m_state = slot.lock();
+    struct Registry {
+        std::mutex mutex;
+        std::map<std::string, std::weak_ptr<State>> events;
+    };
+    // Never destroyed: objects may outlive static destruction.
+    static Registry *const registry = new Registry;
+    const std::lock_guard guard(registry->mutex);
+    std::weak_ptr<State> &named = registry->events[name];
+    m_state = named.lock();
+    // Like a kernel event, a name keeps the kind and the state that its first holder gave it.
     if (!m_state)
-        slot = m_state = std::make_shared<State>(reset, signalled);
+        named = m_state = std::make_shared<State>(reset, signalled);
 }
 
 Event::~Event() = default;
 
 void Event::set() {
-    {
-        const std::lock_guard guard(m_state->mutex);
-        m_state->signalled = true;
-    }
+    const std::lock_guard guard(m_state->mutex);
+    m_state->signalled = true;
+    // Inside the lock: a waiter that this wakes may end the event's life at once.
     m_state->changed.notify_all();
 }
 

@@ -8,6 +8,8 @@
 namespace platform {
 
 HRESULT createInstance(const GUID &clsid, const GUID &iid, void **object) {
+    if (!object)
+        return E_POINTER;
     *object = nullptr;
     if (const ClassFactory factory = findClassFactory(clsid))
         return factory(iid, object);

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/event.h"
 
-#include "platform/win_types.h"
+#include "platform/win32/handles.h"
 
 namespace platform {
 
 struct Event::State {
     State(const char *name, Reset reset, bool signalled)
         : handle(CreateEventA(nullptr, reset == Reset::Manual, signalled, name)) {}
-    ~State() { CloseHandle(handle); }
 
-    HANDLE handle;
+    KernelHandle handle;
 };
 
 Event::Event(Reset reset, bool signalled) : m_state(std::make_shared<State>(nullptr, reset, signalled)) {}
@@ -19,13 +18,13 @@ Event::Event(const char *name, Reset reset, bool signalled)
 Event::~Event() = default;
 
 void Event::set() {
-    SetEvent(m_state->handle);
+    SetEvent(m_state->handle.get());
 }
 void Event::reset() {
-    ResetEvent(m_state->handle);
+    ResetEvent(m_state->handle.get());
 }
 bool Event::wait(std::uint32_t milliseconds) {
-    return WaitForSingleObject(m_state->handle, milliseconds) == WAIT_OBJECT_0;
+    return WaitForSingleObject(m_state->handle.get(), milliseconds) == WAIT_OBJECT_0;
 }
 
 } // namespace platform

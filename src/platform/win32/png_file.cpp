@@ -4,9 +4,9 @@
 #include <atomic>
 #include <string>
 
+#include "platform/multibyte.h"
 #include "platform/png_layout.h"
 #include "platform/win32/gdiplus_session.h"
-#include "platform/win32/multibyte.h"
 
 namespace platform {
 namespace {

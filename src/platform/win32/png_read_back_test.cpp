@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/png_read_back_test.h"
 
+#include "platform/multibyte.h"
 #include "platform/win32/gdiplus_session.h"
-#include "platform/win32/multibyte.h"
 
 namespace platform {
 

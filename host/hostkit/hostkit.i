@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+//
+// _hostkit: what a host supplies to the module, for Python 2.7. The point records, the keyframe record and the syncer's
+// interface are registered under the names that the module knows, so its entries accept objects made here.
+
+%module(threads="1", moduleimport="import _hostkit") hostkit
+
+%{
+#include <new>
+#include <stdexcept>
+
+#include "hostkit/composite.h"
+#include "hostkit/contact_sheet.h"
+#include "hostkit/error.h"
+#include "hostkit/frame_clock.h"
+#include "hostkit/grade.h"
+#include "hostkit/image.h"
+#include "hostkit/mask.h"
+#include "hostkit/png_writer.h"
+#include "hostkit/scale.h"
+#include "hostkit/text.h"
+#include "hostkit/video_reader.h"
+#include "hostkit/video_syncer.h"
+#include "hostkit/video_writer.h"
+#include "overlay/types/keyframe_mask_info.h"
+#include "overlay/types/outline_points.h"
+#include "overlay/types/video_texture_syncer.h"
+%}
+
+%include "stdint.i"
+%include "std_string.i"
+%include "std_vector.i"
+%include "exception.i"
+
+// Only the operations named further down let other Python threads run: for a getter the hand-over costs more than the call.
+%nothread;
+
+%exception {
+    try {
+        $action
+    } catch (const hostkit::MediaError &error) {
+        SWIG_exception(SWIG_IOError, error.what());
+    } catch (const std::invalid_argument &error) {
+        SWIG_exception(SWIG_ValueError, error.what());
+    } catch (const std::out_of_range &error) {
+        SWIG_exception(SWIG_IndexError, error.what());
+    } catch (const std::bad_alloc &) {
+        SWIG_exception(SWIG_MemoryError, "out of memory");
+    } catch (const std::exception &error) {
+        SWIG_exception(SWIG_RuntimeError, error.what());
+    }
+}
+
+// --- Records of the boundary --------------------------------------------------------------------------------------
+
+#define STDMETHODCALLTYPE
+typedef unsigned char BYTE;
+typedef unsigned int UINT;
+typedef long long LONGLONG;
+
+%ignore operator==;
+%include "overlay/types/outline_points.h"
+%template(MPointVector) std::vector<MPoint>;
+%template(MPointFVector) std::vector<MPointF>;
+%template(UIntVector) std::vector<unsigned int>;
+%template(ByteVector) std::vector<unsigned char>;
+%template(LongLongVector) std::vector<long long>;
+
+// A record that GetKeyFrameMaskInfo made belongs to nobody until the host takes it: see orvanel.py.
+%include "overlay/types/keyframe_mask_info.h"
+%include "overlay/types/video_texture_syncer.h"
+
+// --- Pictures and masks -------------------------------------------------------------------------------------------
+
+%thread hostkit::Mask::setRuns;
+%thread hostkit::Mask::feather;
+%thread hostkit::Grade::applyInside;
+%thread hostkit::compositeOverlay;
+%thread hostkit::writePng;
+%thread hostkit::scaled;
+%thread hostkit::ContactSheet::add;
+%thread hostkit::ContactSheet::compose;
+%thread hostkit::VideoReader;
+%thread hostkit::VideoWriter;
+
+// Runs come as the list of tuples that Convert2SelectionLineUS builds. It is read before the interpreter is let go.
+%{
+namespace {
+
+/// False with a Python error set when `list` is not one of (x, y, length) tuples.
+bool readRuns(PyObject *list, std::vector<hostkit::MaskRun> &runs) {
+    PyObject *const sequence = PySequence_Fast(list, "");
+    bool readable = sequence != nullptr;
+    const Py_ssize_t count = readable ? PySequence_Fast_GET_SIZE(sequence) : 0;
+    runs.resize(static_cast<std::size_t>(count));
+    for (Py_ssize_t i = 0; readable && i < count; ++i) {
+        PyObject *const item = PySequence_Fast_GET_ITEM(sequence, i);
+        hostkit::MaskRun &run = runs[static_cast<std::size_t>(i)];
+        readable = PyTuple_Check(item) && PyArg_ParseTuple(item, "ddd", &run.x, &run.y, &run.length);
+    }
+    Py_XDECREF(sequence);
+    if (!readable)
+        PyErr_SetString(PyExc_TypeError, "runs have to be a list of (x, y, length) tuples");
+    return readable;
+}
+
+} // namespace
+%}
+%typemap(in) const std::vector<hostkit::MaskRun> & (std::vector<hostkit::MaskRun> storage) {
+    if (!readRuns($input, storage))
+        SWIG_fail;
+    $1 = &storage;
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_VECTOR) const std::vector<hostkit::MaskRun> & {
+    $1 = PySequence_Check($input);
+}
+
+%ignore hostkit::Image::Image(Image &&);
+%ignore hostkit::Image::operator=;
+%ignore hostkit::Image::row;
+%ignore hostkit::Mask::row;
+%ignore hostkit::MaskRun;
+%include "hostkit/image.h"
+%include "hostkit/mask.h"
+%include "hostkit/grade.h"
+%include "hostkit/composite.h"
+%include "hostkit/png_writer.h"
+%include "hostkit/text.h"
+%include "hostkit/contact_sheet.h"
+namespace hostkit {
+Image scaled(const Image &image, const PixelRect &source, int width, int height);
+}
+
+// --- Video --------------------------------------------------------------------------------------------------------
+
+%include "hostkit/frame_clock.h"
+%include "hostkit/video_syncer.h"
+%include "hostkit/video_reader.h"
+%include "hostkit/video_writer.h"

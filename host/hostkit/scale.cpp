@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "hostkit/scale.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "hostkit/error.h"
+
+extern "C" {
+#include <libavutil/frame.h>
+#include <libavutil/pixfmt.h>
+#include <libswscale/swscale.h>
+}
+
+namespace hostkit {
+namespace {
+
+constexpr int kQuality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP;
+constexpr int kStandardDefinitionHeight = 576;
+
+/// The old formats that mean "full range" by their name, and what they are otherwise.
+int withoutRange(int format, bool &fullRange) {
+    switch (format) {
+    case AV_PIX_FMT_YUVJ420P:
+        fullRange = true;
+        return AV_PIX_FMT_YUV420P;
+    case AV_PIX_FMT_YUVJ422P:
+        fullRange = true;
+        return AV_PIX_FMT_YUV422P;
+    case AV_PIX_FMT_YUVJ444P:
+        fullRange = true;
+        return AV_PIX_FMT_YUV444P;
+    default:
+        return format;
+    }
+}
+
+} // namespace
+
+Image scaled(const Image &image, const PixelRect &source, int width, int height) {
+    if (source.left < 0 || source.top < 0 || source.width < 1 || source.height < 1 ||
+        source.left + source.width > image.width() || source.top + source.height > image.height())
+        throw std::invalid_argument("the part to resample leaves the picture");
+    Image result(width, height);
+    const Scaler scaler(sws_getContext(source.width, source.height, AV_PIX_FMT_BGRA, width, height, AV_PIX_FMT_BGRA,
+                                       kQuality, nullptr, nullptr, nullptr));
+    if (!scaler)
+        throw MediaError("a picture of " + std::to_string(source.width) + "x" + std::to_string(source.height) +
+                         " pixels cannot be resampled");
+    const std::uint8_t *from[] = {image.row(source.top) + std::ptrdiff_t{source.left} * 4};
+    const int fromStride[] = {image.stride()};
+    std::uint8_t *to[] = {result.row(0)};
+    const int toStride[] = {result.stride()};
+    sws_scale(scaler.get(), from, fromStride, 0, source.height, to, toStride);
+    return result;
+}
+
+int assumedMatrix(int height) {
+    return height > kStandardDefinitionHeight ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+}
+
+void FrameConverter::prepare(const Geometry &geometry) {
+    if (scaler_ && geometry == geometry_)
+        return;
+    scaler_.reset(sws_getContext(geometry.sourceWidth, geometry.sourceHeight,
+                                 static_cast<AVPixelFormat>(geometry.sourceFormat), geometry.targetWidth,
+                                 geometry.targetHeight, static_cast<AVPixelFormat>(geometry.targetFormat), kQuality, nullptr,
+                                 nullptr, nullptr));
+    if (!scaler_)
+        throw MediaError("the clip's pixel format cannot be converted");
+    const int *const matrix = sws_getCoefficients(geometry.colors.matrix);
+    const int videoRange = geometry.colors.fullRange ? 1 : 0;
+    constexpr int kFullRange = 1;
+    constexpr int kNeutral = 1 << 16; // contrast and saturation in 16.16
+    sws_setColorspaceDetails(scaler_.get(), matrix, geometry.toVideo ? kFullRange : videoRange, matrix,
+                             geometry.toVideo ? videoRange : kFullRange, 0, kNeutral, kNeutral);
+    geometry_ = geometry;
+}
+
+void FrameConverter::toImage(const AVFrame &frame, const VideoColors &colors, Image &image) {
+    VideoColors actual = colors;
+    const int format = withoutRange(frame.format, actual.fullRange);
+    prepare({frame.width, frame.height, format, image.width(), image.height(), AV_PIX_FMT_BGRA, actual, false});
+    std::uint8_t *to[] = {image.row(0)};
+    const int toStride[] = {image.stride()};
+    sws_scale(scaler_.get(), frame.data, frame.linesize, 0, frame.height, to, toStride);
+}
+
+void FrameConverter::toFrame(const Image &image, const VideoColors &colors, AVFrame &frame) {
+    prepare({image.width(), image.height(), AV_PIX_FMT_BGRA, frame.width, frame.height, frame.format, colors, true});
+    const std::uint8_t *from[] = {image.row(0)};
+    const int fromStride[] = {image.stride()};
+    sws_scale(scaler_.get(), from, fromStride, 0, image.height(), frame.data, frame.linesize);
+}
+
+} // namespace hostkit

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "overlay/types/overlay_canvas.h"
+#include "platform/com.h"
+
+/// A drawing component that writes down what it is asked for, one line a call.
+class RecordingCanvas final : public OverlayCanvas {
+  public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(const GUID &, void **object) override {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+    ULONG STDMETHODCALLTYPE Release() override { return --references; }
+
+    HRESULT STDMETHODCALLTYPE SetSize(UINT width, UINT height, UINT one, UINT alsoOne) override {
+        note("size", width, height, one, alsoOne);
+        return sizeResult;
+    }
+    HRESULT STDMETHODCALLTYPE GetBuffer(BYTE **buffer, std::uint64_t *length) override {
+        *buffer = pixels.data();
+        *length = pixels.size();
+        return bufferResult;
+    }
+    HRESULT STDMETHODCALLTYPE DrawOutline(const MPoint *, INT count, const OutlineStyle &style, BYTE isMask,
+                                          float sizeScale) override {
+        note("outline", count, argb(style.stroke), argb(style.fill), argb(style.handle), style.reserved,
+             static_cast<int>(isMask), sizeScale);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE DrawMarker(const MPoint &point, UINT size, const CanvasColor &color) override {
+        note("marker", point.x, point.y, size, argb(color));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) override {
+        note("region", rect.left, rect.top, rect.width, rect.height, argb(border), argb(fill));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Clear() override {
+        note("clear");
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE HideAllPoints() override {
+        note("hide");
+        return S_OK;
+    }
+
+    // Positions that nobody calls.
+    HRESULT STDMETHODCALLTYPE Reserved4() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved6() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved7() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved8() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved9() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved10() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved11() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved12() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved13() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved14() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved15() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved16() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved17() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved18() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved19() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved20() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved21() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved22() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved23() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved25() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved28() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved30() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved31() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved32() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved33() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved34() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved35() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved36() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved37() override { return unexpected(); }
+    HRESULT STDMETHODCALLTYPE Reserved38() override { return unexpected(); }
+
+    /// The lines since the last call.
+    std::vector<std::string> take() { return std::exchange(lines, {}); }
+
+    std::vector<std::string> lines;
+    std::vector<BYTE> pixels = std::vector<BYTE>(16);
+    HRESULT sizeResult = S_OK;
+    HRESULT bufferResult = S_OK;
+    ULONG references = 1;
+
+  private:
+    HRESULT unexpected() {
+        note("unexpected");
+        return E_NOTIMPL;
+    }
+    static std::string argb(const CanvasColor &color) {
+        std::ostringstream text;
+        text << std::hex << std::uppercase << ((color.alpha << 24U) | (color.red << 16U) | (color.green << 8U) | color.blue);
+        return text.str();
+    }
+    template <typename... Arguments>
+    void note(const char *name, const Arguments &...arguments) {
+        std::ostringstream line;
+        line << name;
+        ((line << ' ' << arguments), ...);
+        lines.push_back(line.str());
+    }
+};
+
+/// Makes `canvas` (or, with null, no canvas at all) what every object constructed while the scope lasts draws on.
+class CanvasForTest {
+  public:
+    explicit CanvasForTest(RecordingCanvas *canvas) {
+        current() = canvas;
+        m_previous = platform::registerClassFactory(CLSID_OverlayCanvas, &CanvasForTest::create);
+    }
+    ~CanvasForTest() { platform::registerClassFactory(CLSID_OverlayCanvas, m_previous); }
+    CanvasForTest(const CanvasForTest &) = delete;
+    CanvasForTest &operator=(const CanvasForTest &) = delete;
+
+  private:
+    static RecordingCanvas *&current() {
+        static RecordingCanvas *canvas = nullptr;
+        return canvas;
+    }
+    static HRESULT create(const GUID &, void **object) {
+        *object = static_cast<OverlayCanvas *>(current());
+        return current() ? S_OK : E_FAIL;
+    }
+
+    platform::ClassFactory m_previous;
+};
