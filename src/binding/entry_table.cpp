@@ -27,9 +27,6 @@ PyObject *registerOrvanelClass(PyObject *proxyClass) {
 }
 
 // Functions that are still to come.
-using CreateFunction = int (Orvanel::*)(PyObject *, PyObject *, IVideoTextureSyncer *);
-using GetAllocatorFunction = loom::IAllocator *(Orvanel::*)();
-using VideoTextureSyncerClosedFunction = void (Orvanel::*)();
 using AdjustPointsFunction = PyObject *(Orvanel::*)(PyObject *, PyObject *, PyObject *);
 
 // One line a row, however long: a row is added, read and compared as a whole.
@@ -92,9 +89,9 @@ constexpr Entry kEntries[] = {
     row<"Orvanel_SetFeathers", &Orvanel::SetFeathers>("self, records", "Replaces the feather records; anything but a list changes nothing."),
     row<"Orvanel_GetFeatherShifts", &Orvanel::GetFeatherShifts>("self", "The feather-shift records: a list of [duration, first, second] lists."),
     row<"Orvanel_SetFeatherShifts", &Orvanel::SetFeatherShifts>("self, records", "Replaces the feather-shift records; anything but a list changes nothing."),
-    notBuilt<"Orvanel_Create", CreateFunction>("self, windowProvider, renderer, syncer", "Makes the texture map for the host's renderer, replacing an earlier one. 1 when its textures were made, else 0."),
-    notBuilt<"Orvanel_GetAllocator", GetAllocatorFunction>("self", "The texture map for the host's renderer, without a reference of its own; None before Create."),
-    notBuilt<"Orvanel_VideoTextureSyncerClosed", VideoTextureSyncerClosedFunction>("self", "Tells the texture map that the host's syncer is gone."),
+    row<"Orvanel_Create", &Orvanel::Create>("self, windowProvider, renderer, syncer", "Makes the texture map for the host's renderer, replacing an earlier one. 1 when its textures were made, else 0."),
+    row<"Orvanel_GetAllocator", &Orvanel::GetAllocator>("self", "The texture map for the host's renderer, without a reference of its own; None before Create."),
+    row<"Orvanel_VideoTextureSyncerClosed", &Orvanel::VideoTextureSyncerClosed>("self", "Tells the texture map that the host's syncer is gone."),
     row<"Orvanel_LockTexture", &Orvanel::LockTexture>("self", "Keeps the renderer from the overlay buffer until UnlockTexture; nests."),
     row<"Orvanel_UnlockTexture", &Orvanel::UnlockTexture>("self", "Undoes one LockTexture of the same thread."),
     row<"Orvanel_GetKeyFrameMaskInfo", &Orvanel::GetKeyFrameMaskInfo>("self, duration", "A record of the outline for a time position; nobody frees it. None when there is no outline."),

@@ -68,7 +68,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void SetSizeScaler(float scale);
     UINT GetBufferLen() const { return m_bufferLen; }
     /// The texture map as the renderer sees it, without a reference, or null before Create.
-    loom::IAllocator *GetAllocator() const;
+    loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     void LockTexture();
     void UnlockTexture();
