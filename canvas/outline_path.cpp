@@ -38,10 +38,9 @@ void flattenOutline(std::span<const MPoint> points, int width, int height, int m
     };
     path.vertices.push_back(shifted(points[0]));
     for (std::size_t i = 0; i + kStride - 1 < points.size(); i += kStride) {
-        const std::size_t next = i + kStride;
-        if (next == points.size() || next < points.size())
-            Quill::flattenSegment({shifted(points[i]), shifted(points[i + 1]), shifted(points[i + 2]),
-                                   shifted(points[next < points.size() ? next : 0])},
+        const std::size_t next = i + kStride < points.size() ? i + kStride : 0;
+        if (next != 0 || path.closed)
+            Quill::flattenSegment({shifted(points[i]), shifted(points[i + 1]), shifted(points[i + 2]), shifted(points[next])},
                                   path.vertices, &clip);
     }
     for (Quill::FixedPoint &vertex : path.vertices) {

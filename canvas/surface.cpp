@@ -2,7 +2,7 @@
 #include "canvas/surface.h"
 
 #include <algorithm>
-#include <limits>
+#include <cstring>
 #include <new>
 
 #include "support/dib_surface.h"
@@ -21,9 +21,8 @@ HRESULT Surface::resize(UINT width, UINT height) {
     release();
     if (width == 0 || height == 0)
         return S_OK;
-    constexpr auto kLimit = static_cast<UINT>(std::numeric_limits<std::int32_t>::max());
-    if (width > kLimit || height > kLimit)
-        return E_OUTOFMEMORY;
+    if (width > kLongestSide || height > kLongestSide)
+        return E_INVALIDARG;
 
     void *bits = nullptr;
     if (!CreateDIBSection32(width, -static_cast<INT>(height), &m_bitmap, &bits))
@@ -41,9 +40,13 @@ HRESULT Surface::resize(UINT width, UINT height) {
 }
 
 void Surface::clear() {
+    constexpr int kBlock = decltype(m_touched)::kBlockPixels;
     m_touched.drain([this](int y, int first, int end) {
         Pixel *const pixels = row(y);
-        std::fill(pixels + first, pixels + std::min(end, m_width), kTransparent);
+        int x = first;
+        for (; x < end && x + kBlock <= m_width; x += kBlock)
+            std::memset(pixels + x, 0, kBlock * sizeof(Pixel));
+        std::fill(pixels + x, pixels + std::max(x, std::min(end, m_width)), kTransparent);
     });
 }
 

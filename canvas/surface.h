@@ -10,6 +10,9 @@
 
 namespace canvas {
 
+/// Longest side of a surface in pixels.
+inline constexpr UINT kLongestSide = 32768;
+
 /// The overlay picture: a 32-bit surface, rows top to bottom without padding, that remembers where it has been drawn upon
 /// and clears only that. Its address stays the same until the size changes.
 class Surface {
@@ -20,7 +23,7 @@ class Surface {
     ~Surface();
 
     /// Takes a size in pixels and becomes transparent. The same size keeps the memory; a size of zero holds none.
-    /// E_OUTOFMEMORY when there is no such memory; the surface is empty then.
+    /// E_INVALIDARG beyond kLongestSide, E_OUTOFMEMORY when there is no such memory; the surface is empty then.
     HRESULT resize(UINT width, UINT height);
 
     int width() const { return m_width; }
@@ -33,8 +36,15 @@ class Surface {
     Pixel *row(int y) { return m_pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width); }
     Pixel *pixels() { return m_pixels; }
 
-    /// Says that pixels [first, end) of a row are about to be drawn upon; first < end, both within the width.
-    void touch(int y, int first, int end) { m_touched.mark(y, first, end); }
+    using TouchedRow = TouchedBlocks<16>::Row; // blocks of one cache line
+
+    /// Where to say which pixels of a row are about to be drawn upon.
+    TouchedRow touchRow(int y) { return m_touched.touchRow(y); }
+    /// Says it for pixels [first, end) of a row; first < end, both within the width.
+    void touch(int y, int first, int end) { touchRow(y).mark(first, end); }
+
+    /// Whether nothing has been touched since the last clear.
+    bool isBlank() const { return m_touched.empty(); }
 
     /// Makes every pixel transparent, in proportion to what was touched.
     void clear();
@@ -46,7 +56,7 @@ class Surface {
     Pixel *m_pixels = nullptr;
     int m_width = 0;
     int m_height = 0;
-    TouchedBlocks m_touched;
+    TouchedBlocks<16> m_touched;
 };
 
 } // namespace canvas

@@ -9,12 +9,13 @@
 
 namespace canvas {
 
-/// Which blocks of a picture have been drawn upon: one bit for 16 neighbouring pixels of a row, which is one cache line of
-/// the surface. Marking is a bit or two whatever was marked before, the memory is fixed, and walking the marked blocks
-/// costs in proportion to the ink; lists of spans would grow with every overlap.
+/// Which blocks of a picture have been drawn upon: one bit for some neighbouring pixels of a row. Marking is a bit or two
+/// whatever was marked before, the memory is fixed, and walking the marked blocks costs in proportion to the ink; lists of
+/// spans would grow with every overlap.
+template <int BlockPixels>
 class TouchedBlocks {
   public:
-    static constexpr int kBlockPixels = 16;
+    static constexpr int kBlockPixels = BlockPixels;
 
     /// Unmarks everything and takes a new size in pixels.
     void resize(int width, int height) {
@@ -24,24 +25,39 @@ class TouchedBlocks {
         m_endRow = 0;
     }
 
-    /// Marks pixels [first, end) of a row; first < end, both within the width.
-    void mark(int row, int first, int end) {
+    bool empty() const { return m_endRow == 0; }
+
+    /// Marks of one row.
+    class Row {
+      public:
+        explicit Row(std::uint64_t *words) : m_words(words) {}
+
+        /// Marks pixels [first, end); first < end, both within the width.
+        void mark(int first, int end) const {
+            const auto firstBlock = static_cast<unsigned>(first) / kBlockPixels;
+            const auto lastBlock = static_cast<unsigned>(end - 1) / kBlockPixels;
+            std::uint64_t *const firstWord = m_words + firstBlock / 64;
+            std::uint64_t *const lastWord = m_words + lastBlock / 64;
+            const std::uint64_t head = ~std::uint64_t{0} << firstBlock % 64;
+            const std::uint64_t tail = ~std::uint64_t{0} >> (63 - lastBlock % 64);
+            if (firstWord == lastWord) {
+                *firstWord |= head & tail;
+                return;
+            }
+            *firstWord |= head;
+            std::fill(firstWord + 1, lastWord, ~std::uint64_t{0});
+            *lastWord |= tail;
+        }
+
+      private:
+        std::uint64_t *m_words;
+    };
+
+    /// The marks of a row that is about to be marked.
+    Row touchRow(int row) {
         m_firstRow = std::min(m_firstRow, row);
         m_endRow = std::max(m_endRow, row + 1);
-        const int firstBlock = first / kBlockPixels;
-        const int lastBlock = (end - 1) / kBlockPixels;
-        std::uint64_t *const words = rowWords(row);
-        const int firstWord = firstBlock / 64;
-        const int lastWord = lastBlock / 64;
-        const std::uint64_t head = ~std::uint64_t{0} << firstBlock % 64;
-        const std::uint64_t tail = ~std::uint64_t{0} >> (63 - lastBlock % 64);
-        if (firstWord == lastWord) {
-            words[firstWord] |= head & tail;
-            return;
-        }
-        words[firstWord] |= head;
-        std::fill(words + firstWord + 1, words + lastWord, ~std::uint64_t{0});
-        words[lastWord] |= tail;
+        return Row(rowWords(row));
     }
 
     /// Calls visit(row, firstPixel, endPixel) for every maximal stretch of marked blocks within a word, top to bottom, left
