@@ -15,7 +15,7 @@ cd "$ORVANEL_ROOT"
 ALL=(release debug asan ubsan tsan windows)
 case ${1:-} in
 -h | --help)
-    sed -n '/^#   \.\/test/s/^#   //p' "${BASH_SOURCE[0]}"
+    sed -n '/^#   /s/^#   //p' "${BASH_SOURCE[0]}"
     exit 0
     ;;
 --quick) selected=(release) ;;
@@ -67,8 +67,8 @@ suite() {
     count "$name" "$junit" "$((SECONDS - start))"
 }
 
-# Direct3D wants a display, and Wine chooses its driver when its server starts: so the display comes first, and a server
-# that has none ends.
+# Direct3D wants a display, and Wine chooses its driver when its server starts: a server that is still there from before
+# is ended, then the display comes first.
 wine() {
     local pid display=$ORVANEL_ROOT/build/wine/display
     WINEPREFIX=$ORVANEL_ROOT/build/wine /usr/lib/wine/wineserver64 -k || true
