@@ -15,11 +15,23 @@ namespace {
 
 using canvas::CanvasComponent;
 using canvas::testing::kEditorStyle;
-using canvas::testing::RawCanvas;
 
 constexpr GUID kUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 constexpr GUID kStranger = {0x12345678, 0x1234, 0x1234, {1, 2, 3, 4, 5, 6, 7, 8}};
 constexpr CanvasColor kWhite = CanvasColor::fromArgb(0xFFFFFFFF);
+
+/// A new component, by its table.
+class RawCanvas : public canvas::testing::RawCanvas {
+  public:
+    RawCanvas() : canvas::testing::RawCanvas(create()) {}
+
+  private:
+    static void *create() {
+        void *object = nullptr;
+        EXPECT_EQ(canvas::createCanvasComponent(IID_OverlayCanvas, &object), S_OK);
+        return object;
+    }
+};
 
 std::vector<std::uint32_t> pixelsOf(const RawCanvas &canvas) {
     BYTE *buffer = nullptr;

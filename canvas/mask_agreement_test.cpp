@@ -10,6 +10,7 @@
 
 #include "canvas/testing/scenes.h"
 #include "mask/mask_handler.h"
+#include "mask/raster_engine.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ constexpr int kHeight = 200;
 
 // Where the mask begins and ends: the middles of the sides between a pixel inside and one outside.
 std::vector<Place> maskBorder(const std::vector<MPoint> &points) {
+    const Quill::RasterEngineOverride portable(Quill::RasterEngine::Portable);
     std::vector<Quill::MaskRun> runs;
     EXPECT_EQ(Quill::MaskHandler::ConvertPoints2Mask(points.data(), static_cast<int>(points.size()), kWidth, kHeight, false,
                                                      nullptr, &runs),

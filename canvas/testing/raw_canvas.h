@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "canvas/canvas_component.h"
+#include "overlay/types/overlay_canvas.h"
 
 namespace canvas::testing {
 
@@ -12,7 +12,8 @@ namespace canvas::testing {
 /// address.
 class RawCanvas {
   public:
-    RawCanvas() : m_object(nullptr) { createCanvasComponent(IID_OverlayCanvas, &m_object); }
+    /// Takes over one reference.
+    explicit RawCanvas(void *object) : m_object(object) {}
     RawCanvas(const RawCanvas &) = delete;
     RawCanvas &operator=(const RawCanvas &) = delete;
     ~RawCanvas() { release(); }
