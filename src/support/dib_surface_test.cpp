@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/diag_log.h"
+#include "support/log_capture_test.h"
 
 namespace {
 
@@ -48,29 +48,13 @@ const platform::DibCalls kFake = {
 
 class DibSurface : public testing::Test {
   protected:
-    void SetUp() override {
-        g_recorder = Recorder();
-        diaglog::dumpEnabled = true;
-        testing::internal::CaptureStderr();
-    }
-    void TearDown() override {
-        if (!m_logTaken)
-            log();
-        diaglog::dumpEnabled = false;
-    }
-    std::string log() {
-        m_logTaken = true;
-        return testing::internal::GetCapturedStderr();
-    }
+    DibSurface() { g_recorder = Recorder(); }
 
+    LogCapture m_log;
     HBITMAP m_bitmap = kUntouched;
     void *m_bits = &m_bitmap;
-
-  private:
-    bool m_logTaken = false;
 };
 
-using testing::Test;
 using Calls = std::vector<std::string>;
 
 TEST_F(DibSurface, TopDownSurfaceStatesItsImageSize) {
@@ -104,7 +88,7 @@ TEST_F(DibSurface, InvalidArgumentsAllocateNothing) {
     EXPECT_TRUE(g_recorder.calls.empty());
     EXPECT_EQ(m_bitmap, kUntouched);
     EXPECT_EQ(m_bits, &m_bitmap);
-    const std::string lines = log();
+    const std::string lines = m_log.take();
     const std::string text = "CreateDIBSection32 Invalid argument! return FALSE\n";
     std::size_t count = 0;
     for (std::size_t at = lines.find(text); at != std::string::npos; at = lines.find(text, at + 1))
@@ -118,7 +102,7 @@ TEST_F(DibSurface, ContextFailureLeavesTheOutputsUntouched) {
     EXPECT_EQ(g_recorder.calls, Calls{"context"});
     EXPECT_EQ(m_bitmap, kUntouched);
     EXPECT_EQ(m_bits, &m_bitmap);
-    EXPECT_NE(log().find("CreateDIBSection32 failed to create compatible DC! return FALSE\n"), std::string::npos);
+    EXPECT_NE(m_log.take().find("CreateDIBSection32 failed to create compatible DC! return FALSE\n"), std::string::npos);
 }
 
 TEST_F(DibSurface, BitmapFailureStoresNullAndKeepsTheContext) {
@@ -126,7 +110,7 @@ TEST_F(DibSurface, BitmapFailureStoresNullAndKeepsTheContext) {
     EXPECT_EQ(createDibSection32(kFake, 5, 5, &m_bitmap, &m_bits), 0);
     EXPECT_EQ(g_recorder.calls, (Calls{"context", "flush", "section"}));
     EXPECT_EQ(m_bitmap, nullptr);
-    EXPECT_NE(log().find("CreateDIBSection32 failed to create bitmap handle! error code = 0x57\n"), std::string::npos);
+    EXPECT_NE(m_log.take().find("CreateDIBSection32 failed to create bitmap handle! error code = 0x57\n"), std::string::npos);
 }
 
 TEST_F(DibSurface, OverflowingSizesAreStatedWrongAndLeftToTheSystem) {
@@ -158,7 +142,7 @@ TEST_F(DibSurface, SizesThatNoSystemHoldsAreRefused) {
     m_bitmap = kUntouched;
     EXPECT_EQ(CreateDIBSection32(0x80000000U, 1, &m_bitmap, &m_bits), 0);
     EXPECT_EQ(m_bitmap, nullptr);
-    EXPECT_NE(log().find("failed to create bitmap handle! error code = 0x"), std::string::npos);
+    EXPECT_NE(m_log.take().find("failed to create bitmap handle! error code = 0x"), std::string::npos);
 }
 
 } // namespace
