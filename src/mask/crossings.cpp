@@ -95,7 +95,7 @@ void CrossingTable::trace(const VertexBuffer &polyline, std::int32_t width) {
                 chain.rows.first = toRow;
                 chain.offset = back - m_crossings.begin() - toRow;
             }
-            const auto store = [out, width](std::int32_t i, std::int64_t column) {
+            const auto store = [=](std::int32_t i, std::int64_t column) {
                 if constexpr (kClamp)
                     column = std::clamp<std::int64_t>(column, 0, width);
                 out[i] = static_cast<std::int32_t>(column);

@@ -23,8 +23,8 @@ void collectAnchors(const MPoint *points, int count, PodBuffer<std::int32_t> &an
 /// Fills the inner lists one after the other and keeps the memory of those that are already there.
 class SegmentWriter {
   public:
-    SegmentWriter(const MPoint *points, int count, int density, SegmentSamples &segments)
-        : m_points(points), m_count(count), m_density(density), m_segments(segments) {}
+    SegmentWriter(const MPoint *points, int count, int density, VertexBuffer &vertices, SegmentSamples &segments)
+        : m_points(points), m_count(count), m_density(density), m_vertices(vertices), m_segments(segments) {}
 
     void addLine(int from, int to) { MaskHandler::m_fnGetLinePoints(m_points[from], m_points[to], 0, &next()); }
 
@@ -35,7 +35,7 @@ class SegmentWriter {
             return;
         const MPoint *const controls[4] = {m_points + start, m_points + start + 1, m_points + start + 2,
                                            m_points + end};
-        sampleSegment(defaultRasterEngine(), controls, m_density, m_scratch->polyline, samples);
+        sampleSegment(defaultRasterEngine(), controls, m_density, m_vertices, samples);
     }
 
     void finish() { m_segments.resize(m_written); }
@@ -52,9 +52,9 @@ class SegmentWriter {
     const MPoint *m_points;
     int m_count;
     int m_density;
+    VertexBuffer &m_vertices;
     SegmentSamples &m_segments;
     std::size_t m_written = 0;
-    BorrowedScratch m_scratch;
 };
 
 void sampleSegments(const MPoint *points, int count, int density, SegmentSamples &segments) {
@@ -62,7 +62,7 @@ void sampleSegments(const MPoint *points, int count, int density, SegmentSamples
     PodBuffer<std::int32_t> &anchors = scratch->anchors;
     collectAnchors(points, count, anchors);
     const auto anchorCount = static_cast<int>(anchors.size());
-    SegmentWriter writer(points, count, density, segments);
+    SegmentWriter writer(points, count, density, scratch->polyline, segments);
     for (int j = 1; j < anchorCount; ++j) {
         const int from = anchors[static_cast<std::size_t>(j - 1)];
         if (points[from].curveOut != 0)

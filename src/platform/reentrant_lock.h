@@ -42,6 +42,18 @@ class ReentrantLock {
             m_owner.store(std::thread::id(), std::memory_order_relaxed);
         m_mutex.unlock();
     }
+    /// Gives up every hold of the calling thread, for a wait during which others must get on; how many there were.
+    int releaseAll() {
+        const int depth = isOwned() ? m_depth : 0;
+        for (int hold = 0; hold < depth; ++hold)
+            unlock();
+        return depth;
+    }
+    /// Takes the lock as many times again.
+    void takeBack(int depth) {
+        for (int hold = 0; hold < depth; ++hold)
+            lock();
+    }
     /// Whether the calling thread holds the lock.
     bool isOwned() const {
         return m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id();

@@ -1,29 +1,40 @@
 // SPDX-License-Identifier: MIT
 #include "platform/log_backend.h"
 
+#include <array>
 #include <atomic>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <string>
+#include <utility>
 
 #include <syslog.h>
 
 #include "platform/posix/log_settings.h"
 #include "platform/posix/utf8.h"
+#include "platform/unique_handle.h"
 
 namespace platform {
 namespace {
 
+/// The whole of a file; nothing when it cannot be read. (A folder opens too, and C++ streams throw when it is read.)
+std::optional<std::string> readFile(const std::string &path) {
+    const UniqueHandle<std::FILE *, &std::fclose> file(std::fopen(path.c_str(), "rbe"));
+    if (!file)
+        return std::nullopt;
+    std::string text;
+    std::array<char, 4096> piece;
+    while (const std::size_t length = std::fread(piece.data(), 1, piece.size(), file.get()))
+        text.append(piece.data(), length);
+    return std::ferror(file.get()) ? std::nullopt : std::optional(std::move(text));
+}
+
 class SystemLogBackend final : public LogBackend {
   public:
     std::optional<LogSwitches> readSwitches(const wchar_t *keyPath, const wchar_t *dumpName) override {
-        std::ifstream file(logSettingsPath(), std::ios::binary);
-        const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-        // A folder opens and then cannot be read.
-        if (!file.is_open() || file.bad())
+        const std::optional<std::string> text = readFile(logSettingsPath());
+        if (!text)
             return std::nullopt;
-        return parseLogSettings(text, keyPath, dumpName);
+        return parseLogSettings(*text, keyPath, dumpName);
     }
 
     // One call a line: the stream's own lock keeps lines of different threads apart.

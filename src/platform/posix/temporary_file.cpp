@@ -19,7 +19,7 @@ std::string nameBeside(const std::string &target) {
 } // namespace
 
 TemporaryFile::TemporaryFile(const char *target)
-    : m_target(target), m_name(nameBeside(m_target)), m_stream(std::fopen(m_name.c_str(), "wbx")) {}
+    : m_target(target), m_name(nameBeside(m_target)), m_stream(std::fopen(m_name.c_str(), "wbxe")) {}
 
 TemporaryFile::~TemporaryFile() {
     if (m_stream)

@@ -1,0 +1,119 @@
+# SPDX-License-Identifier: MIT
+"""Renders a clip with the selection of a preview: graded frames, overlay frames, masks."""
+import os
+
+from . import hostkit
+
+# The stages that the module itself accounts for: showing a frame's outline, and turning it into runs.
+MODULE_STAGES = ('prepare', 'convert')
+
+# Marks keep their size up to this height; a small picture gets smaller ones, a large one larger ones.
+_REFERENCE_HEIGHT = 720.0
+_SMALLEST_SCALE, _LARGEST_SCALE = 0.5, 4.0
+
+_SHEET_COLUMNS = 4
+_SHEET_FRAME_HEIGHT = 240
+
+
+class Renderer(object):
+    """Goes through the clip once. Reads the selection, never changes it."""
+
+    def __init__(self, reader, preview, grade, stages):
+        self._reader = reader
+        self._preview = preview
+        self._overlay = preview.overlay
+        self._grade = hostkit.Grade(grade.exposure, grade.saturation)
+        self._stages = stages
+        self._size = reader.width(), reader.height()
+        self._mask = hostkit.Mask(*self._size)
+        self._feather = self._feather_of(self._overlay.GetFeathers())
+        self.runs_per_frame = []
+        preview.place(self._size)
+        scale = self._size[1] / _REFERENCE_HEIGHT
+        self._overlay.SetSizeScaler(min(max(scale, _SMALLEST_SCALE), _LARGEST_SCALE))
+
+    def _feather_of(self, feathers):
+        """Width and shape of the soft edge: the first record's values. The width counts pixels of the clip."""
+        if not feathers:
+            return 0, 1
+        _, pixels, passes = feathers[0]
+        return int(round(pixels * float(self._size[1]) / self._reader.clipHeight())), max(passes, 1)
+
+    def run(self, folder, codec, progress):
+        """Writes the videos, the mask pictures and the contact sheet. `progress` is called after each frame."""
+        graded_video = self._writer(folder, 'graded', codec)
+        overlay_video = self._writer(folder, 'overlay', codec)
+        masks = folder.folder('masks')
+        sheet = hostkit.ContactSheet(_SHEET_COLUMNS, *self._sheet_frame())
+        sheet_frames = self._frames_for_sheet()
+        keyframes = self._preview.keyframes()
+
+        stage = self._stages.stage
+        frame, graded = hostkit.Image(*self._size), hostkit.Image(*self._size)
+        for number in range(self._preview.clock.frameCount()):
+            with stage('read'):
+                if not self._reader.read(frame):
+                    break
+                graded.paste(frame, 0, 0)
+            with stage('prepare'):
+                buffer = self._preview.seek(number)
+            with stage('convert'):
+                runs = self._runs()
+            self.runs_per_frame.append(len(runs))
+            with stage('mask'):
+                self._mask.setRuns(runs)
+                if self._overlay.GetInverse():
+                    self._mask.invert()
+                hostkit.writePng(os.path.join(masks, '%04d.png' % number), self._mask)
+            with stage('composite'):
+                with self._overlay.texture_locked():
+                    hostkit.compositeOverlay(frame, buffer, self._overlay.GetBufferLen())
+            if number in sheet_frames:
+                # `graded` is still the bare frame.
+                with stage('contact sheet'):
+                    sheet.add(graded, frame, self._mask, self._label(number, keyframes), number in keyframes)
+            with stage('grade'):
+                self._mask.feather(*self._feather)
+                self._grade.applyInside(graded, self._mask)
+            with stage('encode video'):
+                graded_video.write(graded)
+                overlay_video.write(frame)
+            progress()
+        with stage('encode video'):
+            graded_video.finish()
+            overlay_video.finish()
+        with stage('contact sheet'):
+            hostkit.writePng(folder.file('contact-sheet.png'), sheet.compose())
+
+    def _runs(self):
+        """The mask of the frame last prepared, as runs; none while no closed outline is shown."""
+        if not self._preview.shows_mask():
+            return []
+        return self._overlay.Convert2SelectionLineUS(self._size)
+
+    def _writer(self, folder, name, codec):
+        reader = self._reader
+        path = folder.file('%s.%s' % (name, hostkit.VideoWriter.fileExtension(codec)))
+        return hostkit.VideoWriter(path, codec, self._size[0], self._size[1], self._preview.clock,
+                                   reader.pixelAspectNumerator(), reader.pixelAspectDenominator(), reader.colorMatrix())
+
+    # --- Contact sheet -------------------------------------------------------------------------------------------
+
+    def _sheet_frame(self):
+        width, height = self._size
+        aspect = float(width) * self._reader.pixelAspectNumerator() / (height * self._reader.pixelAspectDenominator())
+        return max(1, int(round(_SHEET_FRAME_HEIGHT * aspect))), _SHEET_FRAME_HEIGHT
+
+    def _frames_for_sheet(self):
+        """All keyframes, the frames half way between them, both ends, and a dozen spread over the clip."""
+        last = self._preview.clock.frameCount() - 1
+        keyframes = self._preview.keyframes()
+        chosen = set(keyframes) | set([0, last])
+        chosen.update((a + b) // 2 for a, b in zip(keyframes, keyframes[1:]))
+        chosen.update(last * i // 11 for i in range(12))
+        return chosen
+
+    def _label(self, number, keyframes):
+        seconds = self._preview.clock.startOf(number) / float(hostkit.FrameClock.kUnitsPerSecond)
+        kind = 'keyframe' if number in keyframes else 'between' if self._preview.shows_mask() else ''
+        return 'frame %d  %d:%06.3f  %s' % (number, seconds // 60, seconds % 60, kind)

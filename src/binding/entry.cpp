@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// The texts that entries raise: the cold side of a call.
+
+#include "binding/entry.h"
+
+#include <exception>
+#include <new>
+#include <string>
+
+namespace binding {
+
+PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *args) {
+    // With a wrong count the interpreter's parser refuses before it stores anything, and words it as for any other
+    // function.
+    const std::string format = std::string(expected, 'O') + ":" + name;
+    if (PyArg_ParseTuple(args, format.c_str()))
+        PyErr_BadInternalCall();
+    return nullptr;
+}
+
+std::string argumentText(const char *name, std::size_t number, const char *text, Refusal refusal) {
+    return std::string(refusal == Refusal::Null ? "invalid null reference " : "") + "in method '" + name +
+           "', argument " + std::to_string(number) + " of type '" + text + "'";
+}
+
+PyObject *refuseArgument(const char *name, std::size_t number, const char *text, Refusal refusal) {
+    PyObject *const type = refusal == Refusal::Null    ? PyExc_ValueError
+                           : refusal == Refusal::Range ? PyExc_OverflowError
+                                                       : PyExc_TypeError;
+    PyErr_SetString(type, argumentText(name, number, text, refusal).c_str());
+    return nullptr;
+}
+
+std::string overloadText(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
+    const std::string entry = name;
+    // "Orvanel_Interactive" overloads the method Interactive.
+    const std::string method = entry.substr(entry.find('_') + 1);
+    std::string text =
+        "Wrong number of arguments for overloaded function '" + entry + "'.\n  Possible C/C++ prototypes are:\n";
+    for (std::size_t count = arguments.size(); count >= required; --count) {
+        text += "    " + method + "(";
+        for (std::size_t index = 1; index < count; ++index)
+            text += std::string(index > 1 ? "," : "") + arguments[index].text;
+        text += ")\n";
+    }
+    return text;
+}
+
+PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
+    PyErr_SetString(PyExc_NotImplementedError, overloadText(name, arguments, required).c_str());
+    return nullptr;
+}
+
+PyObject *refuseUnbuilt(const char *name) {
+    return PyErr_Format(PyExc_NotImplementedError, "%s is not built yet", name);
+}
+
+PyObject *refuseException() {
+    try {
+        throw;
+    } catch (const std::bad_alloc &) {
+        return PyErr_NoMemory();
+    } catch (const std::exception &exception) {
+        PyErr_SetString(PyExc_RuntimeError, exception.what());
+    } catch (...) {
+        PyErr_SetString(PyExc_RuntimeError, "unknown C++ exception");
+    }
+    return nullptr;
+}
+
+} // namespace binding

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "binding/argument.h"
+#include "callback/python.h"
+
+namespace binding {
+
+/// How a declared argument looks to whoever describes the table.
+struct ArgumentShape {
+    const char *text; ///< as in the error texts
+    ArgumentKind kind;
+    std::size_t pointer; ///< index into kPointerTypes, or kNoPointer
+    bool refusesNull;    ///< None is a ValueError
+};
+
+enum class ResultKind { Nothing, Int, LongLong, Bool, Object, Pointer, OwnedPointer };
+
+struct ResultShape {
+    ResultKind kind;
+    std::size_t pointer = kNoPointer;
+};
+
+/// One function of the module.
+struct Entry {
+    const char *name;
+    PyCFunction call;
+    std::span<const ArgumentShape> arguments; ///< all of them, self included
+    std::size_t required;                     ///< fewer than `arguments` in an overloaded entry
+    ResultShape result;
+    bool isBuilt;
+    /// Names of the arguments in Python terms, "self, x, y".
+    const char *argumentNames = "";
+    /// One line: what it does, units, result codes.
+    const char *meaning = "";
+
+    bool isOverloaded() const { return required != arguments.size(); }
+};
+
+/// "in method 'NAME', argument N of type 'TEXT'", for a null reference behind "invalid null reference ". `number`
+/// counts from 1.
+std::string argumentText(const char *name, std::size_t number, const char *text, Refusal refusal);
+/// The list of prototypes of an overloaded entry, the longest first.
+std::string overloadText(const char *name, std::span<const ArgumentShape> arguments, std::size_t required);
+
+// What the entries raise. Each returns null.
+
+/// TypeError in the interpreter's own words.
+PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *args);
+/// argumentText in the refusal's exception class.
+PyObject *refuseArgument(const char *name, std::size_t number, const char *text, Refusal refusal);
+/// NotImplementedError with overloadText.
+PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required);
+/// NotImplementedError of an entry whose method is still to come.
+PyObject *refuseUnbuilt(const char *name);
+/// Turns the C++ exception being handled into a Python one; only memory can run out.
+PyObject *refuseException();
+
+} // namespace binding

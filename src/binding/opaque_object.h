@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "binding/type_record.h"
+#include "callback/python.h"
+
+namespace binding {
+
+/// A Python object that carries a raw pointer, its type and an ownership flag. The layout is shared with the opaque
+/// objects of other modules, which read and write ours and whose objects are read here.
+struct OpaqueObject {
+    PyObject_HEAD void *pointer;
+    TypeRecord *type;
+    int owns;       ///< releasing the object destroys the pointee
+    PyObject *next; ///< further opaque objects of the same proxy (several base classes), or null
+};
+
+/// Makes the Python type of this module's opaque objects ready. False with a Python error pending.
+bool prepareOpaqueType();
+
+/// Borrowed. Call prepareOpaqueType first.
+PyTypeObject *opaqueType();
+
+enum class Ownership { Borrowed, Owned };
+
+/// New reference, or null with an error pending.
+PyObject *makeOpaque(void *pointer, TypeRecord *type, Ownership ownership);
+
+/// The object as an opaque one, whichever module made it; null when it is something else.
+OpaqueObject *asOpaque(PyObject *object);
+
+} // namespace binding

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "binding/opaque_object.h"
+#include "callback/py_ref.h"
+
+namespace binding {
+
+/// A pointer taken out of a Python object.
+struct PointerArgument {
+    void *pointer = nullptr;
+    /// What carries the pointer, borrowed; null for None.
+    OpaqueObject *carrier = nullptr;
+    /// Keeps the carrier alive when it is not itself one of the call's arguments.
+    PyRef keptAlive;
+};
+
+/// The long way of convertPointer: foreign carriers, subclasses, chains, proxies, None.
+bool searchPointer(PyObject *object, TypeRecord *type, PointerArgument &result);
+
+/// Takes a pointer of that type out of an opaque object, a proxy whose "this" leads to one, or None (a null pointer).
+/// False, without a Python error pending, for anything else.
+inline bool convertPointer(PyObject *object, TypeRecord *type, PointerArgument &result) {
+    if (Py_TYPE(object) == opaqueType()) {
+        OpaqueObject *const opaque = reinterpret_cast<OpaqueObject *>(object);
+        if (opaque->type == type) {
+            result.pointer = opaque->pointer;
+            result.carrier = opaque;
+            return true;
+        }
+    }
+    return searchPointer(object, type, result);
+}
+
+/// The address that an opaque object of any type, or a proxy of one, carries. False, without a Python error pending,
+/// for anything else, None included.
+bool carriedAddress(PyObject *object, void **address);
+
+/// What Python gets for a pointer that a method returns: None for null, else an opaque object without ownership, inside
+/// an instance of the proxy class registered for the type when there is one. New reference, or null with an error
+/// pending.
+PyObject *wrapPointer(void *pointer, TypeRecord *type);
+
+/// Records the class in which pointers to Orvanel are wrapped, and its destroy function if it has one. False with an
+/// error pending.
+bool registerProxyClass(PyObject *proxyClass);
+
+/// Forgets the recorded class without touching it: it belonged to an interpreter that is gone.
+void forgetProxyClass();
+
+} // namespace binding
