@@ -2,7 +2,7 @@
 #pragma once
 
 #include "canvas/pixel.h"
-#include "canvas/stroke.h"
+#include "canvas/stroke_palette.h"
 
 // How the overlay looks: every width, size and fixed colour in one place. Lengths are pixels at scale 1.
 

@@ -9,12 +9,7 @@ setup=$ORVANEL_ROOT/scripts/setup
 "$setup/python27.sh"
 "$setup/clip.sh"
 
-log=$ORVANEL_ROOT/build/release.log
-if ! (cd "$ORVANEL_ROOT" && cmake --preset release && cmake --build --preset release -- -j "$(nproc)") >"$log" 2>&1; then
-    grep -E -A 12 'error|FAILED|Error' "$log" | head -n 60 >&2 || tail -n 30 "$log" >&2
-    warn "the release configuration did not build (log: build/release.log)"
-    exit 1
-fi
+build_preset release || exit 1
 
 export PYTHONPATH=$ORVANEL_ROOT/build/release/python${PYTHONPATH:+:$PYTHONPATH}
 export ORVANEL_DEFAULT_CLIP=$ORVANEL_ROOT/build/clip/oa4_launch.webm

@@ -41,14 +41,10 @@ count() {
     note "$1" "$((tests - fails - skips)) passed, $fails failed, $skips skipped in $3 s"
 }
 
-# build PRESET: configures and builds; what it prints goes to a log unless it fails.
+# build PRESET
 build() {
-    local log=$ORVANEL_ROOT/build/$1.log
-    mkdir -p build
     say "$1: building (log: build/$1.log)"
-    { cmake --preset "$1" && cmake --build --preset "$1" -- -j "$JOBS"; } >"$log" 2>&1 && return
-    grep -E -A 12 'error|FAILED|Error' "$log" | head -n 60 >&2 || tail -n 30 "$log" >&2
-    return 1
+    build_preset "$1"
 }
 
 # suite PRESET: one configuration from configure to ctest.

@@ -12,7 +12,7 @@ _REFERENCE_HEIGHT = 720.0
 _SMALLEST_SCALE, _LARGEST_SCALE = 0.5, 4.0
 
 _SHEET_COLUMNS = 4
-_SHEET_FRAME_HEIGHT = 180
+_SHEET_FRAME_HEIGHT = 240
 
 
 class Renderer(object):
@@ -68,8 +68,10 @@ class Renderer(object):
             with stage('composite'):
                 with self._overlay.texture_locked():
                     hostkit.compositeOverlay(frame, buffer, self._overlay.GetBufferLen())
-                if number in sheet_frames:
-                    sheet.add(frame, self._mask, self._label(number, keyframes), number in keyframes)
+            if number in sheet_frames:
+                # `graded` is still the bare frame.
+                with stage('contact sheet'):
+                    sheet.add(graded, frame, self._mask, self._label(number, keyframes), number in keyframes)
             with stage('grade'):
                 self._mask.feather(*self._feather)
                 self._grade.applyInside(graded, self._mask)

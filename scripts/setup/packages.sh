@@ -49,7 +49,7 @@ trap 'rm -f "$log"' EXIT
 say "installing ${#missing[@]} Debian packages for $*: ${missing[*]}"
 apt-get -q update >"$log" 2>&1 || warn "apt-get update failed: $(tail -n 1 "$log")"
 for package in "${missing[@]}"; do
-    apt-cache policy "$package" | grep -q 'Candidate: [^(]' || die "Debian package $package cannot be installed: apt knows no candidate"
+    [[ "$(apt-cache policy "$package")" =~ Candidate:\ [^\(] ]] || die "Debian package $package cannot be installed: apt knows no candidate"
 done
 DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends "${missing[@]}" >"$log" 2>&1 || true
 for package in "${missing[@]}"; do

@@ -10,7 +10,9 @@
 #include "binding/opaque_object.h"
 #include "binding/pointer_conversion.h"
 #include "binding/type_registry.h"
+#include "callback/interpreter_gate.h"
 #include "callback/python.h"
+#include "texture/pointer_extraction.h"
 
 namespace binding {
 
@@ -43,6 +45,7 @@ void initialiseModule() {
     if (!joinTypeRegistry() || !prepareOpaqueType())
         return;
     forgetProxyClass();
+    registerPointerExtractor(&carriedAddress);
     constexpr int kApiVersion = 1013;
     PyObject *const module = Py_InitModule4("_Orvanel", methodTable(), nullptr, nullptr, kApiVersion);
     if (!module)
@@ -50,6 +53,9 @@ void initialiseModule() {
     PyTypeObject *const type = opaqueType();
     Py_INCREF(type);
     if (PyModule_AddObject(module, type->tp_name, reinterpret_cast<PyObject *>(type)) != 0)
+        return;
+    PyObject *const watch = watchInterpreter();
+    if (!watch || PyModule_AddObject(module, "_interpreter_watch", watch) != 0)
         return;
     for (const Constant &constant : kConstants) {
         if (PyModule_AddIntConstant(module, constant.name, constant.value) != 0)

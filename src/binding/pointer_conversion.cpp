@@ -33,6 +33,20 @@ PyRef thisOf(PyObject *object) {
     return attribute;
 }
 
+/// The opaque object that `object` is, or that its "this" leads to; null when there is none. A reference is kept to one
+/// that was found inside another object.
+OpaqueObject *findCarrier(PyObject *object, PyRef &keptAlive) {
+    if (OpaqueObject *const opaque = asOpaque(object))
+        return opaque;
+    keptAlive = thisOf(object);
+    for (int depth = 0; keptAlive && depth < kDeepestProxy; ++depth) {
+        if (OpaqueObject *const opaque = asOpaque(keptAlive.get()))
+            return opaque;
+        keptAlive = thisOf(keptAlive.get());
+    }
+    return nullptr;
+}
+
 /// Looks along the chain for an object that is accepted as `type`.
 bool searchChain(OpaqueObject *carrier, TypeRecord *type, PointerArgument &result) {
     for (OpaqueObject *opaque = carrier; opaque; opaque = opaque->next ? asOpaque(opaque->next) : nullptr) {
@@ -59,17 +73,16 @@ bool searchChain(OpaqueObject *carrier, TypeRecord *type, PointerArgument &resul
 bool searchPointer(PyObject *object, TypeRecord *type, PointerArgument &result) {
     if (object == Py_None)
         return true;
-    if (OpaqueObject *const opaque = asOpaque(object))
-        return searchChain(opaque, type, result);
-    PyRef carrier = thisOf(object);
-    for (int depth = 0; carrier && depth < kDeepestProxy; ++depth) {
-        if (OpaqueObject *const opaque = asOpaque(carrier.get())) {
-            result.keptAlive = std::move(carrier);
-            return searchChain(opaque, type, result);
-        }
-        carrier = thisOf(carrier.get());
-    }
-    return false;
+    OpaqueObject *const carrier = findCarrier(object, result.keptAlive);
+    return carrier && searchChain(carrier, type, result);
+}
+
+bool carriedAddress(PyObject *object, void **address) {
+    PyRef keptAlive;
+    OpaqueObject *const carrier = findCarrier(object, keptAlive);
+    if (carrier)
+        *address = carrier->pointer;
+    return carrier != nullptr;
 }
 
 namespace {

@@ -29,7 +29,8 @@ struct PointerType {
 /// Sorted by strcmp of the mangled name, because readers of the registry search it by halves.
 ///
 /// The four vector names with an underscore after the T are what current SWIG calls the two vectors, without and with
-/// its standard library file; no entry declares them, kEquivalentTypes makes them acceptable.
+/// its standard library file; no entry declares them, kEquivalentTypes makes them acceptable. Whoever registers a name first
+/// decides its texts, and a SWIG-built module looks its own vectors up by text: both of SWIG's spellings have to be there.
 inline constexpr std::array kPointerTypes = {
     PointerType{"_p_HoverPoint", "HoverPoint *"},
     PointerType{"_p_IVideoTextureSyncer", "IVideoTextureSyncer *"},
@@ -47,9 +48,11 @@ inline constexpr std::array kPointerTypes = {
     PointerType{"_p_loom__IAllocator", "loom::IAllocator *"},
     PointerType{"_p_p_Quill__KeyFrameMaskInfo", "Quill::KeyFrameMaskInfo **"},
     PointerType{"_p_std__vectorTMPointF_t", "std::vector<MPointF > *"},
-    PointerType{"_p_std__vectorT_MPointF_std__allocatorT_MPointF_t_t", "std::vector< MPointF > *"},
+    PointerType{"_p_std__vectorT_MPointF_std__allocatorT_MPointF_t_t",
+                "std::vector< MPointF,std::allocator< MPointF > > *|std::vector< MPointF > *"},
     PointerType{"_p_std__vectorT_MPointF_t", "std::vector< MPointF > *"},
-    PointerType{"_p_std__vectorT_unsigned_int_std__allocatorT_unsigned_int_t_t", "std::vector< unsigned int > *"},
+    PointerType{"_p_std__vectorT_unsigned_int_std__allocatorT_unsigned_int_t_t",
+                "std::vector< unsigned int,std::allocator< unsigned int > > *|std::vector< unsigned int > *"},
     PointerType{"_p_std__vectorT_unsigned_int_t", "std::vector< unsigned int > *"},
     PointerType{"_p_std__vectorTunsigned_int_t", "std::vector<unsigned int > *|std::vector<UINT > *"},
     PointerType{"_p_unsigned_char", "unsigned char *|BYTE *"},

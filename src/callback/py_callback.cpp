@@ -1,16 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "callback/py_callback.h"
 
-#include <cstdarg>
+#include <utility>
 
+#include "callback/interpreter_gate.h"
 #include "callback/py_locks.h"
+#include "callback/py_ref.h"
 #include "callback/python.h"
 #include "platform/environment.h"
 
 namespace {
 
+/// Sets a pending Python error aside for a scope in which other Python code runs.
+class PendingError {
+  public:
+    PendingError() { PyErr_Fetch(&m_type, &m_value, &m_traceback); }
+    ~PendingError() { PyErr_Restore(m_type, m_value, m_traceback); }
+    PendingError(const PendingError &) = delete;
+    PendingError &operator=(const PendingError &) = delete;
+
+  private:
+    PyObject *m_type, *m_value, *m_traceback;
+};
+
 /// The argument tuple of a call, or null: without arguments, or after an error (then one is pending).
-PyObject *buildArguments(const char *format, va_list arguments) {
+PyObject *buildArguments(const char *format, std::va_list arguments) {
     if (!format || !*format)
         return nullptr;
     char single[32];
@@ -21,17 +35,22 @@ PyObject *buildArguments(const char *format, va_list arguments) {
     return Py_VaBuildValue(const_cast<char *>(format), arguments);
 }
 
-/// Calls with the interpreter lock held. New reference, or null with the error printed.
-PyObject *callWithLock(PyObject *callable, const char *format, va_list arguments) {
-    // The callable may unregister itself, and with it the last reference, while it runs.
-    Py_INCREF(callable);
-    PyObject *const tuple = buildArguments(format, arguments);
-    PyObject *const result = PyErr_Occurred() ? nullptr : PyObject_CallObject(callable, tuple);
-    Py_XDECREF(tuple);
-    if (PyErr_Occurred())
+void printError() {
+    if (!PyErr_Occurred())
+        return;
+    if (!PyErr_ExceptionMatches(PyExc_SystemExit)) {
         PyErr_Print();
-    Py_DECREF(callable);
-    return result;
+        return;
+    }
+    // PyErr_Print would end the process here, below a method of an object that the end destroys.
+    PyObject *type, *value, *traceback;
+    PyErr_Fetch(&type, &value, &traceback);
+    PyErr_NormalizeException(&type, &value, &traceback);
+    PyErr_Display(type, value, traceback);
+    Py_XDECREF(type);
+    Py_XDECREF(value);
+    Py_XDECREF(traceback);
+    PyErr_Clear();
 }
 
 } // namespace
@@ -43,35 +62,127 @@ PyCallback::~PyCallback() {
 }
 
 PyObject *PyCallback::SetCallback(PyObject *callable) {
-    PyObject *const old = m_callable;
-    m_callable = callable == Py_None ? nullptr : callable;
-    Py_XINCREF(m_callable);
-    PyObject *const stored = m_callable;
-    // Last, since dropping the old callable can run Python code that comes back here.
-    Py_XDECREF(old);
+    PyObject *const stored = callable == Py_None ? nullptr : callable;
+    Py_XINCREF(stored);
+    PyObject *const before = m_callable.exchange(stored);
+    // Last, since dropping a callable can run Python code that comes back here. Without the lock, which means without
+    // an interpreter, it is left alone.
+    if (before && holdsInterpreterLock())
+        Py_DECREF(before);
     return stored;
 }
 
-void PyCallback::Call(const char *format, ...) const {
+template <typename Consume>
+void PyCallback::deliver(const char *format, std::va_list arguments, Consume consume) const {
     if (!m_callable)
         return;
     const PyGILGuard lock;
-    va_list arguments;
+    if (!lock || interpreterIsEnding())
+        return;
+    const Use use(*this);
+    const PendingError pending;
+    // A reference of its own: the callable may unregister itself, and with it the last reference, while it runs.
+    const PyRef callable = PyRef::share(m_callable);
+    if (!callable)
+        return;
+    const PyRef tuple = PyRef::adopt(buildArguments(format, arguments));
+    const PyRef result = PyRef::adopt(PyErr_Occurred() ? nullptr : PyObject_CallObject(callable.get(), tuple.get()));
+    printError();
+    if (result) {
+        consume(result.get());
+        printError();
+    }
+}
+
+void PyCallback::Call(const char *format, ...) const {
+    std::va_list arguments;
     va_start(arguments, format);
-    PyObject *const result = m_callable ? callWithLock(m_callable, format, arguments) : nullptr;
-    Py_XDECREF(result);
+    deliver(format, arguments, [](PyObject *) {});
     va_end(arguments);
 }
 
+std::int32_t PyCallback::CallInt(const char *format, ...) const {
+    std::int32_t value = 0;
+    std::va_list arguments;
+    va_start(arguments, format);
+    deliver(format, arguments, [&value](PyObject *result) {
+        const long wide = PyLong_AsLong(result);
+        if (PyErr_Occurred())
+            return;
+        if (std::in_range<std::int32_t>(wide))
+            value = static_cast<std::int32_t>(wide);
+        else
+            PyErr_SetString(PyExc_OverflowError, "Python int too large to convert to 32 bits");
+    });
+    va_end(arguments);
+    return value;
+}
+
+double PyCallback::CallDouble(const char *format, ...) const {
+    double value = 0;
+    std::va_list arguments;
+    va_start(arguments, format);
+    deliver(format, arguments, [&value](PyObject *result) {
+        const double converted = PyFloat_AsDouble(result);
+        if (!PyErr_Occurred())
+            value = converted;
+    });
+    va_end(arguments);
+    return value;
+}
+
+std::string PyCallback::CallString(const char *format, ...) const {
+    std::string value;
+    std::va_list arguments;
+    va_start(arguments, format);
+    deliver(format, arguments, [&value](PyObject *result) {
+        if (PyString_Check(result))
+            value.assign(PyString_AS_STRING(result), static_cast<std::size_t>(PyString_GET_SIZE(result)));
+        else
+            PyErr_Format(PyExc_TypeError, "expected a byte string, %.200s found", Py_TYPE(result)->tp_name);
+    });
+    va_end(arguments);
+    return value;
+}
+
+std::wstring PyCallback::CallWString(const char *format, ...) const {
+    std::wstring value;
+    std::va_list arguments;
+    va_start(arguments, format);
+    deliver(format, arguments, [&value](PyObject *result) {
+        if (!PyUnicode_Check(result)) {
+            PyErr_Format(PyExc_TypeError, "expected a unicode text, %.200s found", Py_TYPE(result)->tp_name);
+            return;
+        }
+        value.resize(static_cast<std::size_t>(PyUnicode_GET_SIZE(result)));
+        PyUnicode_AsWideChar(reinterpret_cast<PyUnicodeObject *>(result), value.data(), PyUnicode_GET_SIZE(result));
+    });
+    va_end(arguments);
+    return value;
+}
+
+PyObject *PyCallback::CallObject(const char *format, ...) const {
+    PyObject *value = nullptr;
+    std::va_list arguments;
+    va_start(arguments, format);
+    deliver(format, arguments, [&value](PyObject *result) {
+        Py_INCREF(result);
+        value = result;
+    });
+    va_end(arguments);
+    return value;
+}
+
 void PyCallback::DestroyWhenUnused() {
-    m_doomed = true;
     if (m_uses == 0)
         destroyKeepingError();
+    else
+        m_doomed = true;
 }
 
 void PyCallback::destroyKeepingError() const {
-    PyObject *type, *value, *traceback;
-    PyErr_Fetch(&type, &value, &traceback);
+    const PendingError pending;
+    // The destructor may let the interpreter lock go, and what is delivered then must not destroy once more.
+    m_doomed = false;
     delete this;
-    PyErr_Restore(type, value, traceback);
 }

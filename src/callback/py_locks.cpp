@@ -1,22 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "callback/py_locks.h"
 
+#include "callback/interpreter_gate.h"
 #include "callback/python.h"
 
-PyGILGuard::PyGILGuard() : m_state(PyGILState_Ensure()) {}
+PyGILGuard::PyGILGuard() {
+    if (!holdsInterpreterLock()) {
+        m_entered = enterInterpreter();
+        if (!m_entered)
+            return;
+    }
+    m_state = PyGILState_Ensure();
+    m_held = true;
+}
 
 PyGILGuard::~PyGILGuard() {
-    PyGILState_Release(static_cast<PyGILState_STATE>(m_state));
+    if (m_held)
+        PyGILState_Release(static_cast<PyGILState_STATE>(m_state));
+    if (m_entered)
+        leaveInterpreter();
 }
-
-namespace {
-
-bool holdsInterpreterLock() {
-    PyThreadState *const own = PyGILState_GetThisThreadState();
-    return own != nullptr && own == _PyThreadState_Current;
-}
-
-} // namespace
 
 PyAllowThreads::PyAllowThreads() : m_saved(holdsInterpreterLock() ? PyEval_SaveThread() : nullptr) {}
 

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Guards around the interpreter lock. Both are safe on any thread, also one that the interpreter has never seen.
+// Guards around the interpreter lock. Both are safe on any thread, also one that the interpreter has never seen, and at
+// any time, also when the interpreter is ending or gone.
 
-/// Takes the interpreter lock for a scope.
+/// Takes the interpreter lock for a scope. Test it before touching anything of Python's: once the interpreter has begun
+/// to end, a thread that does not hold the lock already gets nothing.
 class PyGILGuard {
   public:
     PyGILGuard();
@@ -11,8 +13,13 @@ class PyGILGuard {
     PyGILGuard(const PyGILGuard &) = delete;
     PyGILGuard &operator=(const PyGILGuard &) = delete;
 
+    /// Whether the scope runs with the lock held.
+    explicit operator bool() const { return m_held; }
+
   private:
-    int m_state; ///< the PyGILState_STATE that PyGILState_Ensure returned
+    bool m_entered = false; ///< went through the gate of interpreter_gate.h
+    bool m_held = false;
+    int m_state = 0; ///< the PyGILState_STATE that PyGILState_Ensure returned
 };
 
 /// Releases the interpreter lock for a scope if, and only if, the calling thread holds it.

@@ -68,7 +68,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void SetSizeScaler(float scale);
     UINT GetBufferLen() const { return m_bufferLen; }
     /// The texture map as the renderer sees it, without a reference, or null before Create.
-    loom::IAllocator *GetAllocator() const;
+    loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     void LockTexture();
     void UnlockTexture();
@@ -280,6 +280,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
 
     std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery
     std::thread m_workerThread;
+    std::thread::id m_workerId; ///< also after the thread has been detached
 
     MarkSizes m_markSizes;
     float m_sizeScaler = 1.0F;

@@ -61,7 +61,7 @@ platform::ComPointer<PyMapWrapper> Orvanel::currentTextureMap() const {
     return platform::ComPointer<PyMapWrapper>(m_mapWrapper.get());
 }
 
-loom::IAllocator *Orvanel::GetAllocator() const {
+loom::IAllocator *Orvanel::GetAllocator() {
     const TextureLockGuard lock(m_textureLock);
     return m_mapWrapper.get();
 }

@@ -20,6 +20,8 @@ bool isGiven(PyObject *object) {
 
 void *askPointer(PyObject *object, const char *method) {
     const PyGILGuard interpreter;
+    if (!interpreter)
+        return nullptr;
     const PyRef answer = ask(object, method);
     void *pointer = nullptr;
     if (!answer || !extractPointer(answer.get(), &pointer))
@@ -30,6 +32,8 @@ void *askPointer(PyObject *object, const char *method) {
 
 std::string askText(PyObject *object, const char *method) {
     const PyGILGuard interpreter;
+    if (!interpreter)
+        return {};
     const PyRef answer = ask(object, method);
     const char *text = "";
     if (!answer || !PyString_Check(answer.get()) || !PyArg_Parse(answer.get(), "s", &text))

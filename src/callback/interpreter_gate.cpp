@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// The end of a Python 2.7 interpreter, as seen by threads that deliver events.
+//
+// Py_Finalize runs on one thread and holds the interpreter lock nearly all the time: it calls the exit functions with
+// the interpreter intact, then clears `initialized`, tears the modules down, forgets the thread states, and last calls
+// what Py_AtExit was given. It never gives the lock back. A thread that asks for the lock too late waits for ever, and
+// one that asks while thread states go away crashes. So every thread that comes without the lock passes a gate, and the
+// interpreter's end closes it and waits, with the lock released, until those inside are out:
+//
+//   exit function     the regular way; whatever was registered after the module still gets its events
+//   death of a capsule in the module's dictionary, for a program that has put its own sys.exitfunc over all others. The
+//                     last reference goes with the table of extension modules, when thread states still exist.
+//   Py_IsInitialized  answers for a program whose interpreter the module was never imported into
+//
+// A thread that holds the lock needs no gate: it is the one that ends the interpreter, or the end waits for it anyway.
+// Rejected: the flag alone, which leaves the moment between the test and the lock; a lock held across deliveries, which
+// callables that call back in would take in the wrong order.
+
+#include "callback/interpreter_gate.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+#include "callback/python.h"
+
+namespace {
+
+/// How long the interpreter's end waits for a callable that does not return.
+constexpr std::chrono::seconds kPatience{5};
+
+struct Gate {
+    std::mutex mutex;
+    std::condition_variable left;
+    bool closed = false;
+    int inside = 0;
+};
+
+/// Never destroyed: threads may stand at it while the process ends.
+Gate &gate() {
+    static Gate *const instance = new Gate;
+    return *instance;
+}
+
+/// How often the calling thread stands inside; the end must not wait for itself.
+thread_local int insideHere = 0;
+
+void closeGate() {
+    std::unique_lock lock(gate().mutex);
+    gate().closed = true;
+    gate().left.wait_for(lock, kPatience, [] { return gate().inside == insideHere; });
+}
+
+void closeGateReleasingLock() {
+    PyThreadState *const saved = PyEval_SaveThread();
+    closeGate();
+    PyEval_RestoreThread(saved);
+}
+
+PyObject *onExit(PyObject *, PyObject *) {
+    closeGateReleasingLock();
+    Py_RETURN_NONE;
+}
+
+void onCapsuleDeath(PyObject *) {
+    closeGateReleasingLock();
+}
+
+void onInterpreterGone() {
+    const std::lock_guard lock(gate().mutex);
+    gate().closed = true;
+}
+
+PyMethodDef exitMethod = {"closeGate", onExit, METH_NOARGS, nullptr};
+
+/// An interpreter without its library has no atexit; the capsule does for it.
+void registerExitFunction() {
+    PyObject *const module = PyImport_ImportModule("atexit");
+    PyObject *const function = module ? PyCFunction_New(&exitMethod, nullptr) : nullptr;
+    PyObject *const result =
+        function ? PyObject_CallMethod(module, const_cast<char *>("register"), const_cast<char *>("O"), function)
+                 : nullptr;
+    if (!result)
+        PyErr_Clear();
+    Py_XDECREF(result);
+    Py_XDECREF(function);
+    Py_XDECREF(module);
+}
+
+} // namespace
+
+PyObject *watchInterpreter() {
+    // Without this the lock does not exist until some script imports `thread`, and the worker would run beside Python.
+    PyEval_InitThreads();
+    registerExitFunction();
+    Py_AtExit(onInterpreterGone);
+    PyObject *const capsule = PyCapsule_New(&gate(), nullptr, onCapsuleDeath);
+    if (capsule) {
+        const std::lock_guard lock(gate().mutex);
+        gate().closed = false;
+    }
+    return capsule;
+}
+
+bool holdsInterpreterLock() {
+    PyThreadState *const own = PyGILState_GetThisThreadState();
+    return own != nullptr && own == _PyThreadState_Current;
+}
+
+bool interpreterIsEnding() {
+    const std::lock_guard lock(gate().mutex);
+    return gate().closed || !Py_IsInitialized();
+}
+
+bool enterInterpreter() {
+    const std::lock_guard lock(gate().mutex);
+    if (gate().closed || !Py_IsInitialized())
+        return false;
+    ++gate().inside;
+    ++insideHere;
+    return true;
+}
+
+void leaveInterpreter() {
+    const std::lock_guard lock(gate().mutex);
+    --gate().inside;
+    --insideHere;
+    gate().left.notify_all();
+}
