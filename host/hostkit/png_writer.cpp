@@ -40,7 +40,8 @@ void keepMessage(png_structp png, png_const_charp message) {
 
 void ignoreWarning(png_structp, png_const_charp) {}
 
-bool writeRows(std::FILE *file, int width, int height, int colorType, Effort effort, png_bytepp rows, PngFailure &failure) {
+bool writeRows(std::FILE *file, int width, int height, int colorType, Effort effort, png_bytepp rows,
+               PngFailure &failure) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure, keepMessage, ignoreWarning);
     png_infop info = png == nullptr ? nullptr : png_create_info_struct(png);
     if (info == nullptr) {

@@ -64,8 +64,8 @@ void FrameConverter::prepare(const Geometry &geometry) {
         return;
     scaler_.reset(sws_getContext(geometry.sourceWidth, geometry.sourceHeight,
                                  static_cast<AVPixelFormat>(geometry.sourceFormat), geometry.targetWidth,
-                                 geometry.targetHeight, static_cast<AVPixelFormat>(geometry.targetFormat), kQuality, nullptr,
-                                 nullptr, nullptr));
+                                 geometry.targetHeight, static_cast<AVPixelFormat>(geometry.targetFormat), kQuality,
+                                 nullptr, nullptr, nullptr));
     if (!scaler_)
         throw MediaError("the clip's pixel format cannot be converted");
     const int *const matrix = sws_getCoefficients(geometry.colors.matrix);
