@@ -18,16 +18,20 @@ PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *
     return nullptr;
 }
 
+std::string argumentText(const char *name, std::size_t number, const char *text, Refusal refusal) {
+    return std::string(refusal == Refusal::Null ? "invalid null reference " : "") + "in method '" + name +
+           "', argument " + std::to_string(number) + " of type '" + text + "'";
+}
+
 PyObject *refuseArgument(const char *name, std::size_t number, const char *text, Refusal refusal) {
     PyObject *const type = refusal == Refusal::Null    ? PyExc_ValueError
                            : refusal == Refusal::Range ? PyExc_OverflowError
                                                        : PyExc_TypeError;
-    return PyErr_Format(type, "%sin method '%s', argument %d of type '%s'",
-                        refusal == Refusal::Null ? "invalid null reference " : "", name, static_cast<int>(number),
-                        text);
+    PyErr_SetString(type, argumentText(name, number, text, refusal).c_str());
+    return nullptr;
 }
 
-PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
+std::string overloadText(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
     const std::string entry = name;
     // "Orvanel_Interactive" overloads the method Interactive.
     const std::string method = entry.substr(entry.find('_') + 1);
@@ -39,7 +43,11 @@ PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> argume
             text += std::string(index > 1 ? "," : "") + arguments[index].text;
         text += ")\n";
     }
-    PyErr_SetString(PyExc_NotImplementedError, text.c_str());
+    return text;
+}
+
+PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
+    PyErr_SetString(PyExc_NotImplementedError, overloadText(name, arguments, required).c_str());
     return nullptr;
 }
 

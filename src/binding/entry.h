@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 
 #include "binding/argument.h"
 #include "callback/python.h"
@@ -40,13 +41,19 @@ struct Entry {
     bool isOverloaded() const { return required != arguments.size(); }
 };
 
+/// "in method 'NAME', argument N of type 'TEXT'", for a null reference behind "invalid null reference ". `number`
+/// counts from 1.
+std::string argumentText(const char *name, std::size_t number, const char *text, Refusal refusal);
+/// The list of prototypes of an overloaded entry, the longest first.
+std::string overloadText(const char *name, std::span<const ArgumentShape> arguments, std::size_t required);
+
 // What the entries raise. Each returns null.
 
 /// TypeError in the interpreter's own words.
 PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *args);
-/// "in method 'NAME', argument N of type 'TEXT'", in the refusal's exception class. `number` counts from 1.
+/// argumentText in the refusal's exception class.
 PyObject *refuseArgument(const char *name, std::size_t number, const char *text, Refusal refusal);
-/// NotImplementedError with the possible prototypes.
+/// NotImplementedError with overloadText.
 PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required);
 /// NotImplementedError of an entry whose method is still to come.
 PyObject *refuseUnbuilt(const char *name);

@@ -32,8 +32,8 @@ inline bool convertPointer(PyObject *object, TypeRecord *type, PointerArgument &
     return searchPointer(object, type, result);
 }
 
-/// The address that an opaque object of any type, or a proxy of one, carries. False, without a Python error pending, for
-/// anything else, None included.
+/// The address that an opaque object of any type, or a proxy of one, carries. False, without a Python error pending,
+/// for anything else, None included.
 bool carriedAddress(PyObject *object, void **address);
 
 /// What Python gets for a pointer that a method returns: None for null, else an opaque object without ownership, inside

@@ -174,12 +174,15 @@ PyObject *PyCallback::CallObject(const char *format, ...) const {
 }
 
 void PyCallback::DestroyWhenUnused() {
-    m_doomed = true;
     if (m_uses == 0)
         destroyKeepingError();
+    else
+        m_doomed = true;
 }
 
 void PyCallback::destroyKeepingError() const {
     const PendingError pending;
+    // The destructor may let the interpreter lock go, and what is delivered then must not destroy once more.
+    m_doomed = false;
     delete this;
 }

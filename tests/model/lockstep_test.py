@@ -59,23 +59,25 @@ def _kind(difference):
     return difference and difference.split("\n")[0]
 
 
-def _report(seed, steps):
+def _report(seed, steps, difference):
     """The text for a failing session: the shortest one found and its difference."""
+    if _difference_of(steps) is None:
+        return "session %d failed once and then no more: %s\n%r" % (seed, difference, steps)
     shortest = shrunk(steps)
     listing = "\n".join("    %r," % (step,) for step in shortest)
     return "session %d, %d of %d steps:\n[\n%s\n]\n%s" % (seed, len(shortest), len(steps), listing, _difference_of(shortest))
 
 
 def find_failure(seeds):
-    """(seed, steps) of the first failing session among `seeds`, or None; and the counts of what was played."""
+    """(seed, steps, difference) of the first failing session among `seeds`, or None; and the counts of what was played."""
     try:
-        failure, counts = isolated(_play_batch, seeds)
-        return (failure and failure[:2]), counts
+        return isolated(_play_batch, seeds)
     except Died:
         for seed in seeds:
             steps = steps_of(seed, _STEPS)
-            if _difference_of(steps) is not None:
-                return (seed, steps), collections.Counter()
+            difference = _difference_of(steps)
+            if difference is not None:
+                return (seed, steps, difference), collections.Counter()
         raise
 
 

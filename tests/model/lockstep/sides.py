@@ -145,6 +145,10 @@ class ModuleSide(object):
         self._reports = 0
         return True
 
+    def forget_report(self):
+        """The worker is woken to end: it reports once more when it was waiting, and not when it was still on its way."""
+        self._reports = 0
+
     # --- entries under the model's names ---
 
     def uninitialize(self):
