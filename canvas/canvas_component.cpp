@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstring>
 #include <new>
-#include <stdexcept>
 
 #include "canvas/look.h"
 #include "canvas/region.h"
+#include "mask/no_throw.h"
 
 namespace canvas {
 namespace {
@@ -27,19 +27,6 @@ bool isNull(const T &reference) {
 }
 
 } // namespace
-
-// Runs a drawing operation for a caller who knows results and no exceptions.
-template <typename Draw>
-HRESULT CanvasComponent::draw(Draw operation) {
-    try {
-        operation();
-        return S_OK;
-    } catch (const std::bad_alloc &) {
-        return E_OUTOFMEMORY;
-    } catch (const std::length_error &) {
-        return E_OUTOFMEMORY;
-    }
-}
 
 CanvasComponent::CanvasComponent() {
     ++g_live;
@@ -97,7 +84,7 @@ HRESULT CanvasComponent::DrawOutline(const MPoint *points, INT count, const Outl
     if (count < 0 || std::isnan(sizeScale))
         return E_INVALIDARG;
     m_hidePoints = false;
-    return draw([&] {
+    return Quill::withoutThrowing([&] {
         m_outline.points.assign(points, points + count);
         m_outline.style = style;
         m_outline.isMask = isMask != 0;
@@ -111,7 +98,7 @@ HRESULT CanvasComponent::DrawMarker(const MPoint &point, UINT size, const Canvas
         return E_POINTER;
     if (m_hidePoints)
         return S_OK;
-    return draw([&] { m_painter.paintMark(m_surface, point, size, toPixel(color)); });
+    return Quill::withoutThrowing([&] { m_painter.paintMark(m_surface, point, size, toPixel(color)); });
 }
 
 HRESULT CanvasComponent::DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) {
@@ -120,7 +107,7 @@ HRESULT CanvasComponent::DrawRegion(const PixelRect &rect, const CanvasColor &bo
     m_region = rect;
     m_regionBorder = border;
     m_regionFill = fill;
-    return draw([&] { paintRegion(m_surface, rect, toPixel(border), toPixel(fill)); });
+    return Quill::withoutThrowing([&] { paintRegion(m_surface, rect, toPixel(border), toPixel(fill)); });
 }
 
 HRESULT CanvasComponent::Clear() {
@@ -132,7 +119,7 @@ HRESULT CanvasComponent::Clear() {
 HRESULT CanvasComponent::HideAllPoints() {
     m_hidePoints = true;
     m_surface.clear();
-    return draw([&] {
+    return Quill::withoutThrowing([&] {
         m_painter.paint(m_surface, m_outline, false);
         paintRegion(m_surface, m_region, toPixel(m_regionBorder), toPixel(m_regionFill));
     });

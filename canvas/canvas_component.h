@@ -70,8 +70,6 @@ class CanvasComponent final : public OverlayCanvas {
 
   private:
     ~CanvasComponent();
-    template <typename Draw>
-    HRESULT draw(Draw operation);
     void forgetDrawing();
 
     std::atomic<ULONG> m_references = 1;

@@ -76,12 +76,11 @@ void Stamp::paint(Surface &surface, std::int32_t x, std::int32_t y) const {
     const int top = y - m_radius;
     const int side = 2 * m_radius + 1;
     for (int row = window.firstRow; row < window.endRow; ++row) {
-        surface.touch(row, window.first, window.end);
+        Pixel *const pixels = surface.touch(row, window.first, window.end - window.first) - window.first;
         const Pixel *const source = m_pixels.data() + (row - top) * side - left;
         const Opaque &opaque = m_opaque[static_cast<std::size_t>(row - top)];
         const int solid = std::clamp(left + opaque.first, window.first, window.end);
         const int rest = std::clamp(left + opaque.end, solid, window.end);
-        Pixel *const pixels = surface.row(row);
         for (int column = window.first; column < solid; ++column)
             pixels[column] = over(pixels[column], source[column]);
         std::copy(source + solid, source + rest, pixels + solid);
@@ -113,8 +112,7 @@ void MarkPainter::paint(Surface &surface, MarkShape shape, std::int32_t x, std::
     if (window.empty())
         return;
     for (int row = window.firstRow; row < window.endRow; ++row) {
-        surface.touch(row, window.first, window.end);
-        Pixel *const pixels = surface.row(row);
+        Pixel *const pixels = surface.touch(row, window.first, window.end - window.first) - window.first;
         const double dy = static_cast<double>(row) - y;
         for (int column = window.first; column < window.end; ++column) {
             const double dx = static_cast<double>(column) - x;

@@ -16,16 +16,11 @@ Quill::FixedPoint toFixedPoint(const MPoint &point) {
     return {Quill::toFixed(limited(point.x)), Quill::toFixed(limited(point.y))};
 }
 
-bool isMaskable(const MPoint &point) {
-    return limited(point.x) == point.x && limited(point.y) == point.y;
-}
-
 } // namespace
 
 void flattenOutline(std::span<const MPoint> points, int width, int height, int margin, OutlinePath &path) {
     path.vertices.clear();
     path.closed = !points.empty() && points.size() % kStride == 0;
-    path.maskable = std::all_of(points.begin(), points.end(), isMaskable);
     if (points.empty())
         return;
 

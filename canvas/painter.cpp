@@ -10,9 +10,6 @@
 namespace canvas {
 namespace {
 
-// A chain of fewer points holds no mask, whatever its flag says.
-constexpr std::size_t kFewestMaskPoints = 9;
-
 double toPixels(std::int32_t fixed) {
     return static_cast<double>(fixed) / Quill::kUnitsPerPixel;
 }
@@ -47,14 +44,10 @@ std::array<MarkLayer, 3> markLayers(float radius, const CanvasColor &inside, flo
 } // namespace
 
 void OutlinePainter::paint(Surface &surface, const Outline &outline, bool withMarks) {
-    const StrokeLook look = outlineLook(outline.style, outline.scale);
-    const int margin = static_cast<int>(std::ceil(look.reach())) + 1;
-    flattenOutline(outline.points, surface.width(), surface.height(), margin, m_path);
-    Pixel below = kTransparent;
-    if (outline.isMask && m_path.maskable && outline.points.size() >= kFewestMaskPoints) {
-        below = toPixel(outline.style.fill);
-        m_fill.fill(surface, {m_path.vertices.data(), m_path.vertices.size()}, below);
-    }
+    if (surface.empty() || outline.points.empty())
+        return;
+    const Pixel fill = toPixel(outline.style.fill);
+    const Pixel below = outline.isMask && m_fill.fill(surface, outline.points, fill) ? fill : kTransparent;
     paintLine(surface, outline, below);
     if (withMarks) {
         paintHandleLines(surface, outline, below);
@@ -63,18 +56,22 @@ void OutlinePainter::paint(Surface &surface, const Outline &outline, bool withMa
 }
 
 void OutlinePainter::paintMark(Surface &surface, const MPoint &point, std::uint32_t size, Pixel color) {
+    if (surface.empty())
+        return;
     const MarkShape shape = point.type == kAnchorPoint ? MarkShape::Square : MarkShape::Round;
     m_marks.paint(surface, shape, point.x, point.y, {size, color});
 }
 
 void OutlinePainter::paintLine(Surface &surface, const Outline &outline, Pixel below) {
+    const StrokeLook look = outlineLook(outline.style, outline.scale);
+    const int margin = static_cast<int>(std::ceil(look.reach())) + 1;
+    flattenOutline(outline.points, surface.width(), surface.height(), margin, m_path);
     m_positions.clear();
     for (const Quill::FixedPoint &vertex : m_path.vertices)
         m_positions.push_back({toPixels(vertex.x), toPixels(vertex.y)});
     // The flattener may end a segment a little off its end point.
     if (m_path.closed && m_positions.back() != m_positions.front())
         m_positions.push_back(m_positions.front());
-    const StrokeLook look = outlineLook(outline.style, outline.scale);
     m_linePalette.prepare(look, below);
     m_stroker.begin(surface, look.reach());
     m_stroker.addPolyline(m_positions, m_path.closed);

@@ -20,7 +20,7 @@ constexpr double kLeastNormal = 1e-7;
 std::int64_t toFixed(double value, int fractionBits) {
     constexpr double kLimit = 1e17;
     const double units = value * static_cast<double>(std::int64_t{1} << fractionBits);
-    return static_cast<std::int64_t>(std::clamp(units, -kLimit, kLimit));
+    return static_cast<std::int64_t>(std::max(-kLimit, std::min(kLimit, units)));
 }
 
 // Liang and Barsky: the part of a line, as fractions of its length, with low <= value <= high on one axis.
@@ -94,27 +94,29 @@ StrokeBodyRows::StrokeBodyRows(const StrokeBody &body, double reach, double step
 
     const double normalX = -body.directionY;
     const double normalY = body.directionX;
+    // A half plane normal . (position - at) >= -slack, solved for the column, is a bound that moves by -normalY / normalX.
+    const auto awayFromRows = [](double nx) { return std::abs(nx) < kLeastNormal ? std::copysign(kLeastNormal, nx) : nx; };
     int upper = 3;
-    limit(upper, body.from, normalX, normalY, reach);
-    limit(upper, body.from, -normalX, -normalY, reach);
-    limit(upper, body.start.at, body.start.normalX, body.start.normalY, kJointOverlap);
-    limit(upper, body.end.at, body.end.normalX, body.end.normalY, kJointOverlap);
+    const double sideNormal = awayFromRows(normalX);
+    const double sideStep = -normalY / sideNormal;
+    const double middle = body.from.x + (firstRow - body.from.y) * sideStep;
+    const double halfWidth = reach / std::abs(sideNormal);
+    limit(upper, sideStep, true, middle - halfWidth);
+    limit(upper, sideStep, false, middle + halfWidth);
+    for (const StrokeCut *const cut : {&body.start, &body.end}) {
+        const double nx = awayFromRows(cut->normalX);
+        const double perNormal = 1 / nx;
+        const double step = -cut->normalY * perNormal;
+        limit(upper, step, nx > 0, cut->at.x + (firstRow - cut->at.y) * step - kJointOverlap * perNormal);
+    }
     perColumn = toFixed(normalX * stepsPerPixel, kDistanceFraction);
     perRow = toFixed(normalY * stepsPerPixel, kDistanceFraction);
     const double atFirstRow = (firstRow - body.from.y) * normalY - body.from.x * normalX;
     distance = toFixed(atFirstRow * stepsPerPixel, kDistanceFraction);
 }
 
-// normal . (position - at) >= -slack, solved for the column.
-void StrokeBodyRows::limit(int &upper, const Position &at, double normalX, double normalY, double slack) {
-    const double nx = std::abs(normalX) < kLeastNormal ? std::copysign(kLeastNormal, normalX) : normalX;
-    const double step = -normalY / nx;
-    const double column = at.x + (firstRow - at.y) * step - slack / nx;
-    const MovingBound bound = {toFixed(column, kColumnFraction), toFixed(step, kColumnFraction)};
-    if (nx > 0)
-        bounds[lowerCount++] = bound;
-    else
-        bounds[upper--] = bound;
+void StrokeBodyRows::limit(int &upper, double step, bool isLower, double column) {
+    bounds[isLower ? lowerCount++ : upper--] = {toFixed(column, kColumnFraction), toFixed(step, kColumnFraction)};
 }
 
 } // namespace canvas

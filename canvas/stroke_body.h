@@ -35,6 +35,11 @@ struct StrokeBody {
 
     /// Moves ends outside the box to its sides; false when nothing lies inside.
     bool clip(double left, double top, double right, double bottom);
+    /// Whether both ends lie in the box.
+    bool isInside(double left, double top, double right, double bottom) const {
+        return std::min(from.x, to.x) >= left && std::max(from.x, to.x) <= right && std::min(from.y, to.y) >= top &&
+               std::max(from.y, to.y) <= bottom;
+    }
 };
 
 /// Lets two consecutive bodies meet along their bisector. False when they turn too sharply for that: both stay cut straight,
@@ -68,7 +73,7 @@ struct StrokeBodyRows {
     StrokeBodyRows(const StrokeBody &body, double reach, double stepsPerPixel, int firstRow, int endRow);
 
   private:
-    void limit(int &upper, const Position &at, double normalX, double normalY, double slack);
+    void limit(int &upper, double step, bool isLower, double column);
 };
 
 /// Calls visit(row, firstColumn, endColumn, distance of the first column) for every row that has columns within the width.

@@ -142,10 +142,17 @@ void Stroker::addPolyline(std::span<const Position> positions, bool closed) {
         addSegment(first);
 }
 
-void Stroker::addSegment(StrokeBody body) {
+void Stroker::addSegment(const StrokeBody &body) {
     const double margin = m_reach + 2;
-    if (body.clip(-margin, -margin, m_surface->width() - 1 + margin, m_surface->height() - 1 + margin))
+    const double right = m_surface->width() - 1 + margin;
+    const double bottom = m_surface->height() - 1 + margin;
+    if (body.isInside(-margin, -margin, right, bottom)) {
         m_bodies.push_back(body);
+        return;
+    }
+    StrokeBody visible = body;
+    if (visible.clip(-margin, -margin, right, bottom))
+        m_bodies.push_back(visible);
 }
 
 void Stroker::addDot(const Position &centre) {
@@ -234,8 +241,6 @@ void Stroker::paintRow(int y, const StrokePalette &palette) {
     if (m_rowHeads[static_cast<std::size_t>(y - m_firstRow)] == kNoSpan)
         return;
     const int width = m_surface->width();
-    Pixel *const pixels = m_surface->row(y);
-    const Surface::TouchedRow touched = m_surface->touchRow(y);
     std::uint8_t *const nearness = m_nearness.data();
 
     const std::size_t count = gatherRow(y);
@@ -254,15 +259,19 @@ void Stroker::paintRow(int y, const StrokePalette &palette) {
             ++span;
         } while (span != spansEnd && span->first < end);
 
-        touched.mark(first, end);
-        int x = first;
-        for (; x < end && x + kBlock <= width; x += kBlock)
-            paintBlock(pixels + x, nearness + (x - first), palette);
-        for (; x < end; ++x) {
-            std::uint8_t &near = nearness[x - first];
-            pixels[x] = palette.overAny(pixels[x], near);
-            near = 0;
-        }
+        paintStretch(m_surface->touch(y, first, end - first), end - first, width - first, palette);
+    }
+}
+
+// Lays `count` pixels of stroke over the surface and resets their nearness; `room` pixels are left in the row.
+void Stroker::paintStretch(Pixel *pixels, int count, int room, const StrokePalette &palette) {
+    std::uint8_t *const nearness = m_nearness.data();
+    int done = 0;
+    for (; done < count && done + kBlock <= room; done += kBlock)
+        paintBlock(pixels + done, nearness + done, palette);
+    for (; done < count; ++done) {
+        pixels[done] = palette.overAny(pixels[done], nearness[done]);
+        nearness[done] = 0;
     }
 }
 

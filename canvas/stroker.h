@@ -35,12 +35,13 @@ class Stroker {
         std::int32_t step;     ///< kDotSpan for a dot
     };
 
-    void addSegment(StrokeBody body);
+    void addSegment(const StrokeBody &body);
     void addDot(const Position &centre);
     bool collectSpans(int firstRow, int endRow);
     void addBodySpans(const StrokeBody &body, int firstRow, int endRow);
     void addDotSpans(std::int32_t dot, int firstRow, int endRow);
     void paintRow(int y, const StrokePalette &palette);
+    void paintStretch(Pixel *pixels, int count, int room, const StrokePalette &palette);
     std::size_t gatherRow(int y);
     void raiseDot(std::uint8_t *nearness, const Span &span, int y) const;
     void prefetchRow(int y);

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "canvas/surface.h"
 
-#include <algorithm>
 #include <cstring>
-#include <new>
 
 #include "support/dib_surface.h"
 
 namespace canvas {
+namespace {
+
+// Pixels cleared at once. What lies behind a span is cleared with it: either it is transparent already or it will be.
+constexpr std::size_t kBlock = 8;
+
+} // namespace
 
 Surface::~Surface() {
     release();
@@ -27,12 +31,6 @@ HRESULT Surface::resize(UINT width, UINT height) {
     void *bits = nullptr;
     if (!CreateDIBSection32(width, -static_cast<INT>(height), &m_bitmap, &bits))
         return E_OUTOFMEMORY;
-    try {
-        m_touched.resize(static_cast<int>(width), static_cast<int>(height));
-    } catch (const std::bad_alloc &) {
-        release();
-        return E_OUTOFMEMORY;
-    }
     m_pixels = static_cast<Pixel *>(bits);
     m_width = static_cast<int>(width);
     m_height = static_cast<int>(height);
@@ -40,14 +38,22 @@ HRESULT Surface::resize(UINT width, UINT height) {
 }
 
 void Surface::clear() {
-    constexpr int kBlock = decltype(m_touched)::kBlockPixels;
-    m_touched.drain([this](int y, int first, int end) {
-        Pixel *const pixels = row(y);
-        int x = first;
-        for (; x < end && x + kBlock <= m_width; x += kBlock)
-            std::memset(pixels + x, 0, kBlock * sizeof(Pixel));
-        std::fill(pixels + x, pixels + std::max(x, std::min(end, m_width)), kTransparent);
-    });
+    const std::size_t all = pixelCount();
+    if (m_allTouched) {
+        std::memset(m_pixels, 0, byteCount());
+    } else {
+        for (const Span &span : m_touched) {
+            Pixel *pixels = m_pixels + span.first;
+            if (span.count > 4 * kBlock || span.first + span.count + kBlock > all) {
+                std::memset(pixels, 0, span.count * sizeof(Pixel));
+                continue;
+            }
+            for (Pixel *const end = pixels + span.count; pixels < end; pixels += kBlock)
+                std::memset(pixels, 0, kBlock * sizeof(Pixel));
+        }
+    }
+    m_touched.clear();
+    m_allTouched = false;
 }
 
 void Surface::release() {
@@ -56,7 +62,8 @@ void Surface::release() {
     m_pixels = nullptr;
     m_width = 0;
     m_height = 0;
-    m_touched.resize(0, 0);
+    m_touched.clear();
+    m_allTouched = false;
 }
 
 } // namespace canvas

@@ -39,9 +39,8 @@ class AggDrawer final : public Drawer {
     }
     void stroke(const std::vector<MPoint> &points) override { strokeOutline(points, 1, true); }
     void strokeCore(const std::vector<MPoint> &points) override { strokeOutline(points, 1, false); }
-    void clear() override { std::fill(m_pixels.begin(), m_pixels.end(), 0); }
     void redraw(const Scene &scene) override {
-        clear();
+        std::fill(m_pixels.begin(), m_pixels.end(), 0);
         if (scene.isMask) {
             addOutline(scene.points);
             agg::conv_curve<agg::path_storage> curve(m_path);

@@ -29,7 +29,7 @@ class CairoDrawer final : public Drawer {
     }
     void stroke(const std::vector<MPoint> &points) override { strokeOutline(points, 1, true); }
     void strokeCore(const std::vector<MPoint> &points) override { strokeOutline(points, 1, false); }
-    void clear() override {
+    void clear() {
         cairo_surface_flush(m_surface);
         std::memset(cairo_image_surface_get_data(m_surface), 0, byteCount());
         cairo_surface_mark_dirty(m_surface);

@@ -18,12 +18,10 @@ class Drawer {
 
     virtual const char *name() const = 0;
     virtual void resize(int width, int height) = 0;
-    /// The outline's line with its dark edge, on a surface that was cleared before.
+    /// The outline's line with its dark edge. Ours clears the line before; others draw over it.
     virtual void stroke(const std::vector<MPoint> &points) = 0;
     /// Only the coloured core: half the work, for those to whom an edge is a second stroke.
     virtual void strokeCore(const std::vector<MPoint> &points) = 0;
-    /// Clears the surface; not measured with a stroke.
-    virtual void clear() = 0;
     /// Everything: clear, fill if the state has one, line, handles, anchors, hover and selection marks.
     virtual void redraw(const canvas::testing::Scene &scene) = 0;
     /// What was drawn, with straight alpha.

@@ -23,13 +23,13 @@ class OwnDrawer final : public Drawer {
         m_strokeOnly = false;
     }
     void stroke(const std::vector<MPoint> &points) override {
+        m_surface.clear();
         m_outline.points.assign(points.begin(), points.end());
         m_outline.style = canvas::testing::kEditorStyle;
         m_painter.paint(m_surface, m_outline, false);
         m_strokeOnly = true;
     }
     void strokeCore(const std::vector<MPoint> &points) override { stroke(points); }
-    void clear() override { m_surface.clear(); }
     void redraw(const Scene &scene) override {
         canvas::testing::redraw(*m_component.get(), scene);
         m_strokeOnly = false;
