@@ -117,10 +117,12 @@ class Generator(object):
         kind = self._random.random()
         if kind < 0.12:
             self._queue.append(("set_shift_pressed", True))
-        if kind < 0.9:
+        if kind < 0.86:
             for _ in range(self._random.choice([1, 1, 3, 5])):
                 self._click(self._anywhere)
-        elif kind < 0.95:
+        elif kind < 0.96:
+            if model.live.points:
+                self._mouse(ECS_MOUSE_MOVE, lambda model: self._near((model.live.points or [Point()])[0], 9))
             self._mouse(ECS_MOUSE_MOVE, self._position)
         else:
             self._mouse(self._random.choice([ECS_DELETE_LAST_POINT, ECS_DELETE_LAST_POINT, ECS_DELETE]), lambda model: ())
@@ -291,11 +293,13 @@ class Generator(object):
             self._call_with_records(model)
 
     def _call_with_records(self, model):
-        kind = self._random.randrange(6)
+        kind = self._random.randrange(7)
         count = len(model.live)
         if kind == 0:
             self._queue.append(("hit_test_point",) + self._position(model))
         elif kind == 1 and count:
+            if self._random.random() < 0.5:
+                self._mouse(ECS_MOUSE_MOVE, self._position)
             indices = self._random.choice([[self._random.randrange(count)], model.live.anchors(), list(range(count)),
                                            [self._random.randrange(count) for _ in range(3)]])
             self._queue.append(("move_points", indices) + self._anywhere(model))
@@ -309,6 +313,8 @@ class Generator(object):
         elif kind == 4:
             self._queue.append(self._random.choice([("draw_record", self._random.randrange(3)),
                                                     ("place_record", self._random.randrange(3))]))
+        elif kind == 5:
+            self._queue.append(("get_closest_keyframe_position", self._time(model), self._random.choice([0, 1, 7, 10])))
         else:
             self._queue.append(("draw_between", self._random.randrange(3), self._random.randrange(3),
                                 self._random.choice(_TIMES)))

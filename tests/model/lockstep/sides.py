@@ -19,6 +19,16 @@ except ImportError:
 _REPORT_LIMIT = 20.0
 
 
+#: Length of the clip that closest positions are asked for, frames.
+_FRAMES = 30
+_UNITS_PER_SECOND = 10 * 1000 * 1000
+
+
+def _frame_of(time, frame_length):
+    """The number of the frame that is shown: -1 before the clip, the number of frames behind it."""
+    return max(-1, min(time // frame_length, _FRAMES))
+
+
 def _code(result):
     """Result codes as unsigned numbers: they are the same 32 bits on every platform."""
     return result & 0xFFFFFFFF
@@ -63,6 +73,15 @@ class ModelSide(EditorModel):
     def draw_between(self, first, second, duration):
         if first in self.records and second in self.records:
             return self.draw_specific_keyframe(self.records[first], self.records[second], duration)
+
+    def get_closest_keyframe_position(self, duration, frame_length):
+        """With a syncer of so many units a frame, or without one for 0."""
+        if not frame_length:
+            return EditorModel.get_closest_keyframe_position(self, duration)
+        frame = _frame_of(duration, frame_length)
+        within = 0 <= frame < _FRAMES
+        tolerance = (frame + 1) * frame_length - 1 - duration if within else 0
+        return EditorModel.get_closest_keyframe_position(self, duration, tolerance, lambda time: _frame_of(time, frame_length))
 
     # --- what a host sees ---
 
@@ -292,6 +311,13 @@ class ModuleSide(object):
     def draw_between(self, first, second, duration):
         if first in self.records and second in self.records:
             return entries.Orvanel_DrawSpecificKeyFrame(self._object, self.records[first], self.records[second], duration)
+
+    def get_closest_keyframe_position(self, duration, frame_length):
+        syncer = None
+        if frame_length:
+            starts = hostkit.LongLongVector(range(0, _FRAMES * frame_length, frame_length))
+            syncer = hostkit.VideoSyncer(hostkit.FrameClock(_UNITS_PER_SECOND, frame_length, starts))
+        return entries.Orvanel_GetClosestKeyFramePos(self._object, duration, syncer)
 
     # --- what a host sees ---
 
