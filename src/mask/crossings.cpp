@@ -2,25 +2,22 @@
 #include "mask/crossings.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdlib>
 
 #include "mask/edge_steps.h"
 
 // The polyline is cut where it turns from going down to going up and back. Each piece, a chain, crosses every one of
-// its rows once, so its crossings are a plain array indexed by row, and what a row needs is one value from each chain
-// that reaches it. Between two rows on which chains start or end the set of chains does not change: the sweep (sweep.h)
-// then runs over parallel arrays, keeps their order from row to row, and has nothing to look up.
+// its rows once, so its crossings are a plain array indexed by row, written edge after edge without looking anything
+// up. What a group of rows needs is a stretch of the array of each chain that reaches it; the sweep (sweep.h) loads,
+// orders and pairs them with vector instructions.
 //
 // The usual alternatives: an active edge table pays for every edge's end where chains pay for every turn, and there are
 // ten edges to a turn; buckets of crossings per row need a counting pass and a sort from scratch on every row.
 //
-// Memory is one word for each crossing. The caller bounds it by handing over few rows at a time.
+// Memory is two bytes for each crossing. The caller bounds it by handing over few rows at a time.
 
 namespace Quill {
 namespace {
-
-constexpr std::size_t kEventBits = 64;
 
 /// Whether value and step are exact for the edge, or for every edge within the box.
 bool fitsSteps(FixedPoint a, FixedPoint b) {
@@ -51,24 +48,28 @@ RowRange touchedRows(const FixedBox &box, std::int32_t height) {
     return {std::clamp(rowAtOrBelow(box.low.y), 0, height), std::clamp(rowAtOrBelow(box.high.y), 0, height)};
 }
 
-void CrossingTable::build(const VertexBuffer &polyline, const FixedBox &box, RowRange rows, std::int32_t width) {
+std::int32_t rowsPerBand(const VertexBuffer &polyline, RowRange rows) {
+    const auto count = static_cast<std::size_t>(rows.end - rows.first);
+    if (count * polyline.size() <= kMostCrossings)
+        return rows.end - rows.first;
+    std::size_t crossings = 0;
+    for (std::size_t i = 1; i < polyline.size(); ++i) {
+        const std::int32_t from = std::clamp(rowAtOrBelow(polyline[i - 1].y), rows.first, rows.end);
+        const std::int32_t to = std::clamp(rowAtOrBelow(polyline[i].y), rows.first, rows.end);
+        crossings += static_cast<std::size_t>(std::abs(to - from));
+    }
+    if (crossings <= kMostCrossings)
+        return rows.end - rows.first;
+    return static_cast<std::int32_t>(std::max<std::size_t>(kMostCrossings / polyline.size(), 1));
+}
+
+void CrossingTable::build(const VertexBuffer &polyline, const FixedBox &box, RowRange rows) {
     m_rows = rows;
     m_chains.clear();
     m_crossings.clear();
-    const auto rowCount = static_cast<std::size_t>(rows.end - rows.first);
-    m_firstAt.resize(rowCount + 1);
-    m_firstAt[0] = -1; // the sweep starts here, event or not
-    m_events.resize(rowCount / kEventBits + 1);
-    std::fill(m_events.begin(), m_events.end(), 0);
-
+    m_firstIn.resize(groupOf(rows.end) + 1);
+    std::fill(m_firstIn.begin(), m_firstIn.end(), -1);
     trace(polyline, fitsSteps(box.low, box.high));
-    if (box.low.x < 0 || box.high.x > static_cast<std::int64_t>(width) * kUnitsPerPixel)
-        clampColumns(width);
-}
-
-void CrossingTable::clampColumns(std::int32_t width) {
-    for (std::int32_t &column : m_crossings)
-        column = std::clamp(column, 0, width);
 }
 
 void CrossingTable::trace(const VertexBuffer &polyline, bool fast) {
@@ -79,8 +80,8 @@ void CrossingTable::trace(const VertexBuffer &polyline, bool fast) {
     const std::int32_t *rows = m_starts.rows.data();
     const std::uint64_t *values = m_starts.values.data();
     const std::uint64_t *steps = m_starts.steps.data();
-    std::int32_t *out = m_crossings.room(kStepBlock);
-    std::ptrdiff_t left = static_cast<std::ptrdiff_t>(m_crossings.capacity());
+    StoredColumn *out = m_crossings.room(kRowsAtOnce + kStepBlock) + kRowsAtOnce;
+    std::ptrdiff_t left = static_cast<std::ptrdiff_t>(m_crossings.capacity()) - kRowsAtOnce;
     Chain chain{{0, 0}, -1, 0, 0};
     for (std::size_t i = 0; i < edges; ++i) {
         const std::int32_t fromRow = rows[i];
@@ -114,35 +115,10 @@ void CrossingTable::trace(const VertexBuffer &polyline, bool fast) {
 void CrossingTable::closeChain(Chain chain) {
     if (chain.rows.empty())
         return;
-    markEvent(chain.rows.first);
-    markEvent(chain.rows.end);
-    std::int32_t &first = m_firstAt[static_cast<std::size_t>(chain.rows.first - m_rows.first)];
+    std::int32_t &first = m_firstIn[groupOf(chain.rows.first)];
     chain.next = first;
     first = static_cast<std::int32_t>(m_chains.size());
     m_chains.push_back(chain);
-}
-
-/// The list of a row counts from its first event on.
-void CrossingTable::markEvent(std::int32_t row) {
-    const auto bit = static_cast<std::size_t>(row - m_rows.first);
-    const std::uint64_t mask = std::uint64_t{1} << bit % kEventBits;
-    if ((m_events[bit / kEventBits] & mask) == 0)
-        m_firstAt[bit] = -1;
-    m_events[bit / kEventBits] |= mask;
-}
-
-std::int32_t CrossingTable::nextEvent(std::int32_t row) const {
-    const auto bit = static_cast<std::size_t>(row - m_rows.first) + 1;
-    std::size_t word = bit / kEventBits;
-    if (word >= m_events.size())
-        return m_rows.end;
-    std::uint64_t bits = m_events[word] & (~std::uint64_t{0} << bit % kEventBits);
-    while (bits == 0) {
-        if (++word == m_events.size())
-            return m_rows.end;
-        bits = m_events[word];
-    }
-    return m_rows.first + static_cast<std::int32_t>(word * kEventBits) + std::countr_zero(bits);
 }
 
 } // namespace Quill

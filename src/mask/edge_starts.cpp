@@ -15,32 +15,9 @@ constexpr double kOneUnit = kOnePixel / kUnitsPerPixel;
 
 /// Adding this to a number below 2^51 in magnitude leaves the number, rounded to an integer, in the lower bits.
 constexpr double kRoundingBias = 6755399441055744.0; // 1.5 * 2^52
-constexpr auto kRoundingBits = std::bit_cast<std::uint64_t>(kRoundingBias);
-
-std::uint64_t roundToFixed(double value) {
-    return std::bit_cast<std::uint64_t>(value + kRoundingBias) - kRoundingBits;
-}
-
-void computeOne(const FixedPoint &from, const FixedPoint &to, RowRange rows, std::int32_t &row, std::uint64_t &value,
-                std::uint64_t &step) {
-    const std::int32_t fromRow = std::clamp(rowAtOrBelow(from.y), rows.first, rows.end);
-    const std::int32_t toRow = std::clamp(rowAtOrBelow(to.y), rows.first, rows.end);
-    const std::int32_t firstRow = toRow < fromRow ? fromRow - 1 : fromRow;
-    const double height = std::max(std::abs(to.y - from.y), 1); // an edge without height has no rows
-    const double inverse = 1.0 / height;
-    const double stride = (to.x - from.x) * inverse;
-    const double ahead = std::abs(firstRow * kUnitsPerPixel - from.y);
-    const double crossing = from.x + ahead * stride;
-    row = fromRow;
-    value = roundToFixed(crossing * kOneUnit + (kOnePixel - kOnePixel / 32 * inverse));
-    step = roundToFixed(stride * kOnePixel);
-}
-
-void prepare(std::size_t count, EdgeStarts &starts) {
-    starts.rows.resize(count + kEdgesAtOnce);
-    starts.values.resize(count + kEdgesAtOnce);
-    starts.steps.resize(count + kEdgesAtOnce);
-}
+constexpr auto kStepBits = std::bit_cast<std::uint64_t>(kRoundingBias);
+/// The same for a value, whose columns are stored less kColumnBias.
+constexpr std::uint64_t kValueBits = kStepBits + (std::uint64_t{kColumnBias} << 32);
 
 #if ORVANEL_MASK_SSE2
 
@@ -73,7 +50,7 @@ __m128i rowsOf(__m128i y, RowRange rows) {
     return select(_mm_cmpgt_epi32(atLeast, end), end, atLeast);
 }
 
-/// The same arithmetic in the same order as computeOne, for two edges.
+/// Values and steps of two edges.
 void computePair(__m128i fromX, __m128i dx, __m128i height, __m128i ahead, std::uint64_t *values,
                  std::uint64_t *steps) {
     const __m128d inverse = _mm_div_pd(_mm_set1_pd(1.0), _mm_cvtepi32_pd(height));
@@ -81,13 +58,13 @@ void computePair(__m128i fromX, __m128i dx, __m128i height, __m128i ahead, std::
     const __m128d crossing = _mm_add_pd(_mm_cvtepi32_pd(fromX), _mm_mul_pd(_mm_cvtepi32_pd(ahead), stride));
     const __m128d bias = _mm_sub_pd(_mm_set1_pd(kOnePixel), _mm_mul_pd(_mm_set1_pd(kOnePixel / 32), inverse));
     const __m128d value = _mm_add_pd(_mm_mul_pd(crossing, _mm_set1_pd(kOneUnit)), bias);
-    const auto store = [](std::uint64_t *out, __m128d number) {
+    const auto store = [](std::uint64_t *out, __m128d number, std::uint64_t bits) {
         const __m128i rounded = _mm_castpd_si128(_mm_add_pd(number, _mm_set1_pd(kRoundingBias)));
-        const __m128i bits = _mm_set1_epi64x(static_cast<std::int64_t>(kRoundingBits));
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(out), _mm_sub_epi64(rounded, bits));
+        const __m128i fixed = _mm_sub_epi64(rounded, _mm_set1_epi64x(static_cast<std::int64_t>(bits)));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(out), fixed);
     };
-    store(values, value);
-    store(steps, _mm_mul_pd(stride, _mm_set1_pd(kOnePixel)));
+    store(values, value, kValueBits);
+    store(steps, _mm_mul_pd(stride, _mm_set1_pd(kOnePixel)), kStepBits);
 }
 
 void computeFour(const FixedPoint *vertices, RowRange range, std::int32_t *rows, std::uint64_t *values,
@@ -107,23 +84,41 @@ void computeFour(const FixedPoint *vertices, RowRange range, std::int32_t *rows,
     computePair(upper(from.x), upper(dx), upper(height), upper(ahead), values + 2, steps + 2);
 }
 
+#else
+
+std::uint64_t roundToFixed(double value, std::uint64_t bits) {
+    return std::bit_cast<std::uint64_t>(value + kRoundingBias) - bits;
+}
+
+void computeOne(const FixedPoint &from, const FixedPoint &to, RowRange rows, std::int32_t &row, std::uint64_t &value,
+                std::uint64_t &step) {
+    const std::int32_t fromRow = std::clamp(rowAtOrBelow(from.y), rows.first, rows.end);
+    const std::int32_t toRow = std::clamp(rowAtOrBelow(to.y), rows.first, rows.end);
+    const std::int32_t firstRow = toRow < fromRow ? fromRow - 1 : fromRow;
+    const double height = std::max(std::abs(to.y - from.y), 1); // an edge without height has no rows
+    const double inverse = 1.0 / height;
+    const double stride = (to.x - from.x) * inverse;
+    const double ahead = std::abs(firstRow * kUnitsPerPixel - from.y);
+    const double crossing = from.x + ahead * stride;
+    row = fromRow;
+    value = roundToFixed(crossing * kOneUnit + (kOnePixel - kOnePixel / 32 * inverse), kValueBits);
+    step = roundToFixed(stride * kOnePixel, kStepBits);
+}
+
 #endif
 
 } // namespace
 
-void computeEdgeStartsPlainly(const FixedPoint *vertices, std::size_t count, RowRange rows, EdgeStarts &starts) {
-    prepare(count, starts);
-    for (std::size_t i = 0; i < count; ++i)
-        computeOne(vertices[i], vertices[i + 1], rows, starts.rows[i], starts.values[i], starts.steps[i]);
-}
-
 void computeEdgeStarts(const FixedPoint *vertices, std::size_t count, RowRange rows, EdgeStarts &starts) {
+    starts.rows.resize(count + kEdgesAtOnce);
+    starts.values.resize(count + kEdgesAtOnce);
+    starts.steps.resize(count + kEdgesAtOnce);
 #if ORVANEL_MASK_SSE2
-    prepare(count, starts);
     for (std::size_t i = 0; i < count; i += kEdgesAtOnce)
         computeFour(vertices + i, rows, &starts.rows[i], &starts.values[i], &starts.steps[i]);
 #else
-    computeEdgeStartsPlainly(vertices, count, rows, starts);
+    for (std::size_t i = 0; i < count; ++i)
+        computeOne(vertices[i], vertices[i + 1], rows, starts.rows[i], starts.values[i], starts.steps[i]);
 #endif
 }
 

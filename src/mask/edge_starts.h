@@ -36,7 +36,4 @@ struct EdgeStarts {
 /// Replaces `starts` by those of the edges between `count` vertices. kEdgesAtOnce vertices more must be readable.
 void computeEdgeStarts(const FixedPoint *vertices, std::size_t count, RowRange rows, EdgeStarts &starts);
 
-/// The same without vector instructions, whatever the processor.
-void computeEdgeStartsPlainly(const FixedPoint *vertices, std::size_t count, RowRange rows, EdgeStarts &starts);
-
 } // namespace Quill

@@ -2,8 +2,9 @@
 #pragma once
 
 // The columns of one edge on consecutive rows, in order of travel: downwards from its first row on, upwards from its
-// last row back. Either way exactly ceil(crossing).
+// last row back. Either way exactly ceil(crossing), limited to what a stored column can be.
 
+#include <algorithm>
 #include <cstdint>
 
 #include "mask/edge_starts.h"
@@ -16,14 +17,11 @@ inline constexpr std::int32_t kStepBlock = 16;
 
 /// From a 32.32 value and step (see edge_starts.h). Most edges are shorter than a block: one round, and no loop whose
 /// length the processor has to guess.
-template <typename Rows = lanes::FixedRows>
-void stepFixed(std::uint64_t value, std::uint64_t step, std::int32_t count, std::int32_t *out) {
-    Rows rows(value, step);
+inline void stepFixed(std::uint64_t value, std::uint64_t step, std::int32_t count, StoredColumn *out) {
+    lanes::FixedRows rows(value, step);
     do {
-        for (std::int32_t i = 0; i < kStepBlock; i += 4, out += 4) {
-            rows.storeIntegers(out);
-            rows.advance();
-        }
+        for (std::int32_t i = 0; i < kStepBlock; i += kRowsAtOnce, out += kRowsAtOnce)
+            rows.storeNext(out);
         count -= kStepBlock;
     } while (count > 0);
 }
@@ -38,7 +36,7 @@ struct EdgeRows {
 
 /// Column and remainder carried from row to row, in integers, for any edge within kMaxPixelCoordinate. Largest product:
 /// 2^56.
-inline void stepExactly(const EdgeRows &edge, std::int32_t *out) {
+inline void stepExactly(const EdgeRows &edge, StoredColumn *out) {
     const auto floorDivide = [](std::int64_t a, std::int64_t b) { return a / b - (a % b < 0); };
     // Upwards, the edge is mirrored at the x axis: rows change their sign and nothing else does.
     const std::int64_t direction = edge.to.y > edge.from.y ? 1 : -1;
@@ -53,7 +51,7 @@ inline void stepExactly(const EdgeRows &edge, std::int32_t *out) {
     const std::int64_t quotient = floorDivide(dx, dy);
     const std::int64_t rest = kUnitsPerPixel * (dx - quotient * dy);
     for (std::int32_t i = 0; i < edge.count; ++i) {
-        out[i] = static_cast<std::int32_t>(column);
+        out[i] = storeColumn(static_cast<std::int32_t>(std::clamp<std::int64_t>(column, 0, kMaxColumn)));
         column += quotient;
         remainder += rest;
         if (remainder > 0) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mask/fill.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -75,10 +76,19 @@ std::vector<platform::PixelPoint> pixelPoints(const MPoint *points, int count) {
     return pixels;
 }
 
+/// Columns are 16 bits wide where they are stored, so a wider surface is filled in upright strips. Beyond the largest
+/// coordinate there is nothing to fill.
 void fillPolyline(const MaskSurface &surface, RasterScratch &scratch) {
     clearSurface(surface);
-    SurfaceSink sink(surface);
-    sweepPolyline(scratch, surface.width, surface.height, sink);
+    MaskSurface strip = surface;
+    for (int left = 0; left < surface.width && left <= kMaxPixelCoordinate; left += kMaxColumn) {
+        strip.width = std::min(surface.width - left, kMaxColumn);
+        SurfaceSink sink(strip);
+        sweepPolyline(scratch, strip.width, strip.height, sink);
+        strip.bits += static_cast<std::ptrdiff_t>(strip.width) * kBytesPerPixel;
+        for (FixedPoint &vertex : scratch.polyline)
+            vertex.x -= toFixed(strip.width);
+    }
 }
 
 } // namespace

@@ -21,9 +21,6 @@ void fillPolygon(RasterEngine engine, const MaskSurface &surface, const MPoint *
 /// Clears the surface and fills the closed outline (see buildOutline). Needs count >= 9.
 void fillOutline(RasterEngine engine, const MaskSurface &surface, const MPoint *points, int count);
 
-/// Most crossings held at a time. A figure with more is swept in bands of rows, each small enough.
-inline constexpr std::size_t kCrossingsPerBand = std::size_t{1} << 20;
-
 template <typename Sink>
 void sweepPolyline(RasterScratch &scratch, std::int32_t width, std::int32_t height, Sink &sink) {
     if (height <= 0)
@@ -36,11 +33,10 @@ void sweepPolyline(RasterScratch &scratch, std::int32_t width, std::int32_t heig
     const FixedBox box = boxOf(scratch.polyline);
     const RowRange touched = touchedRows(box, height);
     sink.emptyRows({0, touched.first});
-    const auto bandRows = static_cast<std::int32_t>(
-        std::clamp<std::size_t>(kCrossingsPerBand / scratch.polyline.size(), 1, static_cast<std::size_t>(height)));
+    const std::int32_t bandRows = rowsPerBand(scratch.polyline, touched);
     for (std::int32_t first = touched.first; first < touched.end; first += bandRows) {
-        scratch.table.build(scratch.polyline, box, {first, std::min(touched.end - first, bandRows) + first}, width);
-        sweep(scratch.table, scratch.active, sink);
+        scratch.table.build(scratch.polyline, box, {first, std::min(touched.end - first, bandRows) + first});
+        sweep(scratch.table, width, scratch.buffers, sink);
     }
     sink.emptyRows({touched.end, height});
 }

@@ -142,12 +142,12 @@ TEST(RationalOracle, EdgesOfManyRowsAtEverySlope) {
 TEST(RationalOracle, FigureOfMoreCrossingsThanOneBandHolds) {
     Random random(5);
     RasterScratch scratch;
-    constexpr int kHeight = 1500;
+    constexpr int kHeight = 2500;
     for (int i = 0; i < 1000; ++i) {
         const int x = random.between(-160, 400);
-        scratch.polyline.push_back({x, i % 2 == 0 ? random.between(-99, 99) : random.between(23900, 24100)});
+        scratch.polyline.push_back({x, i % 2 == 0 ? random.between(-99, 99) : random.between(39900, 40100)});
     }
-    ASSERT_GT(scratch.polyline.size() * kHeight, kCrossingsPerBand);
+    ASSERT_GT(scratch.polyline.size() * kHeight, kMostCrossings);
     expectExact(scratch, 12, kHeight, 0);
 }
 

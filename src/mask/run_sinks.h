@@ -27,6 +27,11 @@ class RunSink {
             m_out += first != end;
         }
         void endRow() {}
+        void eightSpans(std::int32_t row, const lanes::Columns &first, const lanes::Columns &end) {
+            lanes::Columns::storeRuns(first, end, static_cast<std::uint16_t>(row),
+                                      reinterpret_cast<std::uint8_t *>(m_out));
+            m_out += kRowsAtOnce;
+        }
 
       private:
         friend RunSink;
@@ -75,6 +80,10 @@ class RowListSink {
             m_out += 2 * (first != end);
         }
         void endRow() { *m_count = static_cast<std::uint16_t>(m_out - m_count - 1); }
+        void eightSpans(std::int32_t, const lanes::Columns &first, const lanes::Columns &end) {
+            lanes::Columns::storeRowLists(first, end, reinterpret_cast<std::uint8_t *>(m_out));
+            m_out += 3 * kRowsAtOnce;
+        }
 
       private:
         friend RowListSink;

@@ -3,7 +3,7 @@
 
 // Working memory of one encoding or fill.
 //
-// It grows to what the largest outline so far needed (its vertices, and at most kCrossingsPerBand crossings) and never
+// It grows to what the largest outline so far needed (its vertices, and at most kMostCrossings crossings) and never
 // with width x height. The routines of Quill::MaskHandler are stateless to their callers and may run on any thread, so
 // they borrow their scratch from a small pool that the library owns: one atomic exchange to borrow, one to give back,
 // no allocation once warm. Thread-local memory would do as well until the library is unloaded while a host thread that
@@ -21,7 +21,7 @@ namespace Quill {
 struct RasterScratch {
     VertexBuffer polyline;
     CrossingTable table;
-    ActiveChains active;
+    SweepBuffers buffers;
     PodBuffer<MaskRun> runs;
     PodBuffer<MaskRunF> fractions;
     PodBuffer<std::uint16_t> values;
