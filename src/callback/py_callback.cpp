@@ -181,5 +181,7 @@ void PyCallback::DestroyWhenUnused() {
 
 void PyCallback::destroyKeepingError() const {
     const PendingError pending;
+    // The destructor may deliver a last event, whose Use must not end in another destruction.
+    m_uses = 1;
     delete this;
 }
