@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <span>
-#include <vector>
 
 #include "canvas/surface.h"
-#include "mask/flatten.h"
+#include "mask/scratch.h"
+#include "overlay/types/outline_points.h"
 
 namespace canvas {
 
-/// Fills the inside of a polyline: exactly the pixels that the mask of the same outline holds.
+/// Tints the inside of a closed outline: exactly the pixels that its mask holds, so that what is tinted is what will be
+/// graded. The stroke covers the stairs of that edge; no smoothing is spent on them.
 class AreaFill {
   public:
-    /// Lays `color` over the pixels inside (even-odd); the last vertex joins the first. E_OUTOFMEMORY leaves the surface as
-    /// it was.
-    HRESULT fill(Surface &surface, std::span<const Quill::FixedPoint> vertices, Pixel color);
+    /// Lays `color` over the mask's pixels. An outline that has no mask (open, fewer than three anchors, coordinates that
+    /// the mask refuses) is left alone. Whether anything was filled; throws std::bad_alloc.
+    bool fill(Surface &surface, std::span<const MPoint> points, Pixel color);
 
   private:
-    std::vector<std::uint32_t> m_rowStarts;
-    std::vector<std::int32_t> m_crossings;
+    Quill::RasterScratch m_scratch;
 };
 
 } // namespace canvas

@@ -8,6 +8,7 @@
 
 #include "canvas/look.h"
 #include "canvas/region.h"
+#include "mask/no_throw.h"
 
 namespace canvas {
 namespace {
@@ -65,13 +66,7 @@ ULONG CanvasComponent::Release() {
 
 HRESULT CanvasComponent::SetSize(UINT width, UINT height, UINT, UINT) {
     forgetDrawing();
-    const HRESULT result = m_surface.resize(width, height);
-    if (FAILED(result))
-        return result;
-    const HRESULT prepared = m_painter.resize(m_surface.width(), m_surface.height());
-    if (FAILED(prepared))
-        m_surface.resize(0, 0);
-    return prepared;
+    return m_surface.resize(width, height);
 }
 
 HRESULT CanvasComponent::GetBuffer(BYTE **buffer, std::uint64_t *length) {
@@ -89,26 +84,21 @@ HRESULT CanvasComponent::DrawOutline(const MPoint *points, INT count, const Outl
     if (count < 0 || std::isnan(sizeScale))
         return E_INVALIDARG;
     m_hidePoints = false;
-    try {
+    return Quill::withoutThrowing([&] {
         m_outline.points.assign(points, points + count);
-    } catch (const std::bad_alloc &) {
-        m_outline.points.clear();
-        return E_OUTOFMEMORY;
-    }
-    m_outline.style = style;
-    m_outline.isMask = isMask != 0;
-    m_outline.scale = std::clamp(sizeScale, kSmallestScale, kLargestScale);
-    return m_surface.empty() ? S_OK : m_painter.paint(m_surface, m_outline, true);
+        m_outline.style = style;
+        m_outline.isMask = isMask != 0;
+        m_outline.scale = std::clamp(sizeScale, kSmallestScale, kLargestScale);
+        m_painter.paint(m_surface, m_outline, true);
+    });
 }
 
 HRESULT CanvasComponent::DrawMarker(const MPoint &point, UINT size, const CanvasColor &color) {
     if (isNull(point) || isNull(color))
         return E_POINTER;
-    if (m_surface.empty() || m_hidePoints)
+    if (m_hidePoints)
         return S_OK;
-    const MarkShape shape = point.type == kAnchorPoint ? MarkShape::Square : MarkShape::Round;
-    paintMark(m_surface, shape, point.x, point.y, size, toPixel(color));
-    return S_OK;
+    return Quill::withoutThrowing([&] { m_painter.paintMark(m_surface, point, size, toPixel(color)); });
 }
 
 HRESULT CanvasComponent::DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) {
@@ -117,9 +107,7 @@ HRESULT CanvasComponent::DrawRegion(const PixelRect &rect, const CanvasColor &bo
     m_region = rect;
     m_regionBorder = border;
     m_regionFill = fill;
-    if (!m_surface.empty())
-        paintRegion(m_surface, rect, toPixel(border), toPixel(fill));
-    return S_OK;
+    return Quill::withoutThrowing([&] { paintRegion(m_surface, rect, toPixel(border), toPixel(fill)); });
 }
 
 HRESULT CanvasComponent::Clear() {
@@ -130,14 +118,11 @@ HRESULT CanvasComponent::Clear() {
 
 HRESULT CanvasComponent::HideAllPoints() {
     m_hidePoints = true;
-    if (m_surface.empty())
-        return S_OK;
     m_surface.clear();
-    HRESULT result = S_OK;
-    if (!m_outline.points.empty())
-        result = m_painter.paint(m_surface, m_outline, false);
-    paintRegion(m_surface, m_region, toPixel(m_regionBorder), toPixel(m_regionFill));
-    return result;
+    return Quill::withoutThrowing([&] {
+        m_painter.paint(m_surface, m_outline, false);
+        paintRegion(m_surface, m_region, toPixel(m_regionBorder), toPixel(m_regionFill));
+    });
 }
 
 void CanvasComponent::forgetDrawing() {

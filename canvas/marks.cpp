@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace canvas {
 namespace {
@@ -24,60 +23,100 @@ Pixel covered(Pixel color, double part) {
 }
 
 // Pixels to either side of the middle one that a width of `size` reaches.
-std::int64_t radiusOf(double size) {
-    return static_cast<std::int64_t>(std::ceil(size / 2 - 0.5));
+std::int64_t radiusOf(std::uint32_t size) {
+    return std::int64_t{size} / 2;
 }
+
+/// The visible part of a square picture of 2 radius + 1 pixels around (x, y).
+struct Window {
+    int first;
+    int end;
+    int firstRow;
+    int endRow;
+
+    Window(const Surface &surface, std::int64_t x, std::int64_t y, std::int64_t radius)
+        : first(limited(x - radius, surface.width())), end(limited(x + radius + 1, surface.width())),
+          firstRow(limited(y - radius, surface.height())), endRow(limited(y + radius + 1, surface.height())) {}
+
+    bool empty() const { return first >= end || firstRow >= endRow; }
+
+  private:
+    static int limited(std::int64_t position, int extent) {
+        return static_cast<int>(std::clamp<std::int64_t>(position, 0, extent));
+    }
+};
 
 } // namespace
 
 Stamp::Stamp(MarkShape shape, std::span<const MarkLayer> layers) {
     for (const MarkLayer &layer : layers)
         m_radius = std::max(m_radius, static_cast<int>(radiusOf(layer.size)));
-    m_pixels.reserve(static_cast<std::size_t>(2 * m_radius + 1) * static_cast<std::size_t>(2 * m_radius + 1));
     for (int dy = -m_radius; dy <= m_radius; ++dy) {
+        Opaque opaque = {2 * m_radius + 1, 0};
         for (int dx = -m_radius; dx <= m_radius; ++dx) {
             Pixel pixel = kTransparent;
             for (const MarkLayer &layer : layers)
                 pixel = over(pixel, covered(layer.color, coverage(shape, layer.size, dx, dy)));
             m_pixels.push_back(pixel);
+            // Marks are convex: what is opaque in a row is one stretch.
+            if (alphaOf(pixel) == 255) {
+                opaque.first = std::min(opaque.first, dx + m_radius);
+                opaque.end = dx + m_radius + 1;
+            }
         }
+        m_opaque.push_back(opaque);
     }
 }
 
 void Stamp::paint(Surface &surface, std::int32_t x, std::int32_t y) const {
-    const std::int64_t left = std::int64_t{x} - m_radius;
-    const std::int64_t top = std::int64_t{y} - m_radius;
-    const std::int64_t side = 2 * m_radius + 1;
-    const auto first = static_cast<int>(std::clamp<std::int64_t>(left, 0, surface.width()));
-    const auto end = static_cast<int>(std::clamp<std::int64_t>(left + side, 0, surface.width()));
-    const auto firstRow = static_cast<int>(std::clamp<std::int64_t>(top, 0, surface.height()));
-    const auto endRow = static_cast<int>(std::clamp<std::int64_t>(top + side, 0, surface.height()));
-    if (first >= end)
+    const Window window(surface, x, y, m_radius);
+    if (window.empty())
         return;
-    for (int row = firstRow; row < endRow; ++row) {
-        surface.touch(row, first, end);
-        Pixel *const pixels = surface.row(row);
-        const Pixel *const source = m_pixels.data() + (row - top) * side;
-        for (int column = first; column < end; ++column)
-            pixels[column] = over(pixels[column], source[column - left]);
+    const int left = x - m_radius;
+    const int top = y - m_radius;
+    const int side = 2 * m_radius + 1;
+    for (int row = window.firstRow; row < window.endRow; ++row) {
+        Pixel *const pixels = surface.touch(row, window.first, window.end - window.first) - window.first;
+        const Pixel *const source = m_pixels.data() + (row - top) * side - left;
+        const Opaque &opaque = m_opaque[static_cast<std::size_t>(row - top)];
+        const int solid = std::clamp(left + opaque.first, window.first, window.end);
+        const int rest = std::clamp(left + opaque.end, solid, window.end);
+        for (int column = window.first; column < solid; ++column)
+            pixels[column] = over(pixels[column], source[column]);
+        std::copy(source + solid, source + rest, pixels + solid);
+        for (int column = rest; column < window.end; ++column)
+            pixels[column] = over(pixels[column], source[column]);
     }
 }
 
-void paintMark(Surface &surface, MarkShape shape, std::int32_t x, std::int32_t y, std::uint32_t size, Pixel color) {
-    const std::int64_t radius = radiusOf(size);
-    const auto first = static_cast<int>(std::clamp<std::int64_t>(x - radius, 0, surface.width()));
-    const auto end = static_cast<int>(std::clamp<std::int64_t>(x + radius + 1, 0, surface.width()));
-    const auto firstRow = static_cast<int>(std::clamp<std::int64_t>(y - radius, 0, surface.height()));
-    const auto endRow = static_cast<int>(std::clamp<std::int64_t>(y + radius + 1, 0, surface.height()));
-    if (first >= end || size == 0)
+const Stamp &MarkPainter::stamp(MarkShape shape, std::span<const MarkLayer> layers) {
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
+        return entry.shape == shape && std::equal(layers.begin(), layers.end(), entry.layers.begin(), entry.layers.end());
+    });
+    if (found != m_entries.end())
+        return found->stamp;
+    if (m_entries.size() == kMostEntries)
+        m_entries.clear();
+    m_entries.push_back({shape, std::vector<MarkLayer>(layers.begin(), layers.end()), Stamp(shape, layers)});
+    return m_entries.back().stamp;
+}
+
+void MarkPainter::paint(Surface &surface, MarkShape shape, std::int32_t x, std::int32_t y, const MarkLayer &layer) {
+    if (layer.size == 0)
         return;
-    for (int row = firstRow; row < endRow; ++row) {
-        surface.touch(row, first, end);
-        Pixel *const pixels = surface.row(row);
-        for (int column = first; column < end; ++column) {
-            const double part = coverage(shape, size, static_cast<double>(std::int64_t{column} - x),
-                                         static_cast<double>(std::int64_t{row} - y));
-            pixels[column] = over(pixels[column], covered(color, part));
+    if (layer.size <= kLargestStamp) {
+        stamp(shape, std::span(&layer, 1)).paint(surface, x, y);
+        return;
+    }
+    const Window window(surface, x, y, radiusOf(layer.size));
+    if (window.empty())
+        return;
+    for (int row = window.firstRow; row < window.endRow; ++row) {
+        Pixel *const pixels = surface.touch(row, window.first, window.end - window.first) - window.first;
+        const double dy = static_cast<double>(row) - y;
+        for (int column = window.first; column < window.end; ++column) {
+            const double dx = static_cast<double>(column) - x;
+            pixels[column] = over(pixels[column], covered(layer.color, coverage(shape, layer.size, dx, dy)));
         }
     }
 }

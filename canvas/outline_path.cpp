@@ -16,16 +16,11 @@ Quill::FixedPoint toFixedPoint(const MPoint &point) {
     return {Quill::toFixed(limited(point.x)), Quill::toFixed(limited(point.y))};
 }
 
-bool isMaskable(const MPoint &point) {
-    return limited(point.x) == point.x && limited(point.y) == point.y;
-}
-
 } // namespace
 
 void flattenOutline(std::span<const MPoint> points, int width, int height, int margin, OutlinePath &path) {
     path.vertices.clear();
     path.closed = !points.empty() && points.size() % kStride == 0;
-    path.maskable = std::all_of(points.begin(), points.end(), isMaskable);
     if (points.empty())
         return;
 
@@ -38,10 +33,9 @@ void flattenOutline(std::span<const MPoint> points, int width, int height, int m
     };
     path.vertices.push_back(shifted(points[0]));
     for (std::size_t i = 0; i + kStride - 1 < points.size(); i += kStride) {
-        const std::size_t next = i + kStride;
-        if (next == points.size() || next < points.size())
-            Quill::flattenSegment({shifted(points[i]), shifted(points[i + 1]), shifted(points[i + 2]),
-                                   shifted(points[next < points.size() ? next : 0])},
+        const std::size_t next = i + kStride < points.size() ? i + kStride : 0;
+        if (next != 0 || path.closed)
+            Quill::flattenSegment({shifted(points[i]), shifted(points[i + 1]), shifted(points[i + 2]), shifted(points[next])},
                                   path.vertices, &clip);
     }
     for (Quill::FixedPoint &vertex : path.vertices) {

@@ -1,19 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "canvas/painter.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
-#include <new>
 
 #include "canvas/look.h"
 
 namespace canvas {
 namespace {
 
-// A chain of fewer points holds no mask, whatever its flag says.
-constexpr std::size_t kFewestMaskPoints = 9;
-
 double toPixels(std::int32_t fixed) {
     return static_cast<double>(fixed) / Quill::kUnitsPerPixel;
+}
+
+Position toPosition(const MPoint &point) {
+    return {static_cast<double>(point.x), static_cast<double>(point.y)};
 }
 
 bool isAnchor(std::size_t index) {
@@ -31,66 +33,70 @@ void forEachShownHandle(const std::vector<MPoint> &points, Visit visit) {
     }
 }
 
-Stamp makeMark(MarkShape shape, float radius, Pixel inside, float scale) {
+// From outside inwards: dark ring, light ring, colour.
+std::array<MarkLayer, 3> markLayers(float radius, const CanvasColor &inside, float scale) {
     const int outer = scaled(radius, scale);
-    const int ring = scaled(1, scale) > 0 ? scaled(1, scale) : 1;
-    const MarkLayer layers[] = {{2.0 * outer + 1, kDarkRing},
-                                {2.0 * (outer - ring) + 1, kLightRing},
-                                {2.0 * (outer - 2 * ring) + 1, inside}};
-    return Stamp(shape, layers);
+    const int ring = std::max(1, scaled(1, scale));
+    const auto size = [](int half) { return static_cast<std::uint32_t>(2 * half + 1); };
+    return {{{size(outer), kDarkRing}, {size(outer - ring), kLightRing}, {size(outer - 2 * ring), toPixel(inside)}}};
 }
 
 } // namespace
 
-HRESULT OutlinePainter::resize(int width, int height) {
-    return m_stroker.resize(width, height);
-}
-
-HRESULT OutlinePainter::paint(Surface &surface, const Outline &outline, bool withMarks) {
-    try {
-        const StrokeLook look = outlineLook(outline.style, outline.scale);
-        const int margin = static_cast<int>(std::ceil(look.reach())) + 1;
-        flattenOutline(outline.points, surface.width(), surface.height(), margin, m_path);
-    } catch (const std::bad_alloc &) {
-        return E_OUTOFMEMORY;
-    }
-    HRESULT result = S_OK;
-    if (outline.isMask && m_path.maskable && outline.points.size() >= kFewestMaskPoints)
-        result = m_fill.fill(surface, std::span(m_path.vertices.data(), m_path.vertices.size()), toPixel(outline.style.fill));
-    paintLine(surface, outline);
+void OutlinePainter::paint(Surface &surface, const Outline &outline, bool withMarks) {
+    if (surface.empty() || outline.points.empty())
+        return;
+    const Pixel fill = toPixel(outline.style.fill);
+    const Pixel below = outline.isMask && m_fill.fill(surface, outline.points, fill) ? fill : kTransparent;
+    paintLine(surface, outline, below);
     if (withMarks) {
-        paintHandleLines(surface, outline);
+        paintHandleLines(surface, outline, below);
         paintMarks(surface, outline);
     }
-    return result;
 }
 
-void OutlinePainter::paintLine(Surface &surface, const Outline &outline) {
+void OutlinePainter::paintMark(Surface &surface, const MPoint &point, std::uint32_t size, Pixel color) {
+    if (surface.empty())
+        return;
+    const MarkShape shape = point.type == kAnchorPoint ? MarkShape::Square : MarkShape::Round;
+    m_marks.paint(surface, shape, point.x, point.y, {size, color});
+}
+
+void OutlinePainter::paintLine(Surface &surface, const Outline &outline, Pixel below) {
     const StrokeLook look = outlineLook(outline.style, outline.scale);
-    m_stroker.begin(look.reach());
-    for (std::size_t i = 0; i + 1 < m_path.vertices.size(); ++i) {
-        const Quill::FixedPoint from = m_path.vertices[i];
-        const Quill::FixedPoint to = m_path.vertices[i + 1];
-        m_stroker.addLine(toPixels(from.x), toPixels(from.y), toPixels(to.x), toPixels(to.y));
-    }
-    m_stroker.paint(surface, makePalette(look));
+    const int margin = static_cast<int>(std::ceil(look.reach())) + 1;
+    flattenOutline(outline.points, surface.width(), surface.height(), margin, m_path);
+    m_positions.clear();
+    for (const Quill::FixedPoint &vertex : m_path.vertices)
+        m_positions.push_back({toPixels(vertex.x), toPixels(vertex.y)});
+    // The flattener may end a segment a little off its end point.
+    if (m_path.closed && m_positions.back() != m_positions.front())
+        m_positions.push_back(m_positions.front());
+    m_linePalette.prepare(look, below);
+    m_stroker.begin(surface, look);
+    m_stroker.addPolyline(m_positions, m_path.closed);
+    m_stroker.paint(m_linePalette);
 }
 
-void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline) {
+void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline, Pixel below) {
     const StrokeLook look = handleLook(outline.style, outline.scale);
-    m_stroker.begin(look.reach());
+    m_handlePalette.prepare(look, below);
+    m_stroker.begin(surface, look);
     forEachShownHandle(outline.points, [this](const MPoint &anchor, const MPoint &control) {
-        m_stroker.addLine(anchor.x, anchor.y, control.x, control.y);
+        const Position ends[] = {toPosition(anchor), toPosition(control)};
+        m_stroker.addPolyline(ends, false);
     });
-    m_stroker.paint(surface, makePalette(look));
+    m_stroker.paint(m_handlePalette);
 }
 
 void OutlinePainter::paintMarks(Surface &surface, const Outline &outline) {
-    const Stamp anchorMark = makeMark(MarkShape::Square, kAnchorRadius, toPixel(outline.style.stroke), outline.scale);
-    const Stamp handleMark = makeMark(MarkShape::Round, kHandleRadius, toPixel(outline.style.handle), outline.scale);
+    const auto anchorLayers = markLayers(kAnchorRadius, outline.style.stroke, outline.scale);
+    const Stamp &anchorMark = m_marks.stamp(MarkShape::Square, anchorLayers);
     for (std::size_t i = 0; i < outline.points.size(); ++i)
         if (isAnchor(i))
             anchorMark.paint(surface, outline.points[i].x, outline.points[i].y);
+    const auto handleLayers = markLayers(kHandleRadius, outline.style.handle, outline.scale);
+    const Stamp &handleMark = m_marks.stamp(MarkShape::Round, handleLayers);
     forEachShownHandle(outline.points, [&](const MPoint &, const MPoint &control) {
         handleMark.paint(surface, control.x, control.y);
     });

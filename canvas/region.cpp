@@ -19,16 +19,17 @@ struct Box {
 };
 
 void paintBox(Surface &surface, const Box &box, Pixel color) {
-    const auto first = static_cast<int>(std::max<std::int64_t>(box.left, 0));
-    const auto last = static_cast<int>(std::min<std::int64_t>(box.right, surface.width() - 1));
-    if (first > last)
+    const auto limited = [](std::int64_t position, int extent) {
+        return static_cast<int>(std::clamp<std::int64_t>(position, 0, extent));
+    };
+    const int first = limited(box.left, surface.width());
+    const int end = limited(box.right + 1, surface.width());
+    const int endRow = limited(box.bottom + 1, surface.height());
+    if (first >= end)
         return;
-    for (std::int64_t row = std::max<std::int64_t>(box.top, 0); row <= std::min<std::int64_t>(box.bottom, surface.height() - 1);
-         ++row) {
-        surface.touch(static_cast<int>(row), first, last + 1);
-        Pixel *const pixels = surface.row(static_cast<int>(row));
-        for (int column = first; column <= last; ++column)
-            pixels[column] = over(pixels[column], color);
+    for (int row = limited(box.top, surface.height()); row < endRow; ++row) {
+        Pixel *const pixels = surface.touch(row, first, end - first);
+        std::transform(pixels, pixels + (end - first), pixels, [color](Pixel below) { return over(below, color); });
     }
 }
 
@@ -47,7 +48,7 @@ void paintFrame(Surface &surface, const Box &box, Pixel color) {
 } // namespace
 
 void paintRegion(Surface &surface, const PixelRect &rect, Pixel border, Pixel fill) {
-    if (rect.width == 0 || rect.height == 0)
+    if (rect.width == 0 || rect.height == 0 || surface.empty())
         return;
     const std::int64_t otherX = std::int64_t{rect.left} + rect.width;
     const std::int64_t otherY = std::int64_t{rect.top} + rect.height;

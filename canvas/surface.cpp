@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "canvas/surface.h"
 
-#include <algorithm>
-#include <limits>
-#include <new>
+#include <cstring>
 
 #include "support/dib_surface.h"
 
 namespace canvas {
+namespace {
 
-Surface::~Surface() {
-    release();
-}
+// Pixels cleared at once. What lies behind a span is cleared with it: either it is transparent already or it will be.
+constexpr std::size_t kBlock = 8;
+
+} // namespace
 
 HRESULT Surface::resize(UINT width, UINT height) {
     if (!empty() && width == static_cast<UINT>(m_width) && height == static_cast<UINT>(m_height)) {
@@ -21,19 +21,12 @@ HRESULT Surface::resize(UINT width, UINT height) {
     release();
     if (width == 0 || height == 0)
         return S_OK;
-    constexpr auto kLimit = static_cast<UINT>(std::numeric_limits<std::int32_t>::max());
-    if (width > kLimit || height > kLimit)
-        return E_OUTOFMEMORY;
+    if (width > kLongestSide || height > kLongestSide)
+        return E_INVALIDARG;
 
     void *bits = nullptr;
-    if (!CreateDIBSection32(width, -static_cast<INT>(height), &m_bitmap, &bits))
+    if (!CreateDIBSection32(width, -static_cast<INT>(height), m_bitmap.put(), &bits))
         return E_OUTOFMEMORY;
-    try {
-        m_touched.resize(static_cast<int>(width), static_cast<int>(height));
-    } catch (const std::bad_alloc &) {
-        release();
-        return E_OUTOFMEMORY;
-    }
     m_pixels = static_cast<Pixel *>(bits);
     m_width = static_cast<int>(width);
     m_height = static_cast<int>(height);
@@ -41,19 +34,31 @@ HRESULT Surface::resize(UINT width, UINT height) {
 }
 
 void Surface::clear() {
-    m_touched.drain([this](int y, int first, int end) {
-        Pixel *const pixels = row(y);
-        std::fill(pixels + first, pixels + std::min(end, m_width), kTransparent);
-    });
+    const std::size_t all = pixelCount();
+    if (m_allTouched) {
+        std::memset(m_pixels, 0, byteCount());
+    } else {
+        for (const Span &span : m_touched) {
+            Pixel *pixels = m_pixels + span.first;
+            if (span.count > 4 * kBlock || span.first + span.count + kBlock > all) {
+                std::memset(pixels, 0, span.count * sizeof(Pixel));
+                continue;
+            }
+            for (Pixel *const end = pixels + span.count; pixels < end; pixels += kBlock)
+                std::memset(pixels, 0, kBlock * sizeof(Pixel));
+        }
+    }
+    m_touched.clear();
+    m_allTouched = false;
 }
 
 void Surface::release() {
-    platform::deleteBitmap(m_bitmap);
-    m_bitmap = nullptr;
+    m_bitmap.reset();
     m_pixels = nullptr;
     m_width = 0;
     m_height = 0;
-    m_touched.resize(0, 0);
+    m_touched.clear();
+    m_allTouched = false;
 }
 
 } // namespace canvas

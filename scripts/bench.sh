@@ -17,7 +17,8 @@ fi
 scripts/setup/packages.sh build host bench
 scripts/setup/python27.sh
 mkdir -p build/bench
-cmake --preset release -DORVANEL_BENCH=ON >build/release.log 2>&1 || {
+CONFIGURE_OPTIONS=(-DORVANEL_BENCH=ON)
+cmake --preset release "${CONFIGURE_OPTIONS[@]}" >build/release.log 2>&1 || {
     tail -n 30 build/release.log >&2
     exit 1
 }
@@ -33,10 +34,7 @@ shift
 for name in "${wanted[@]}"; do
     case " ${names[*]} " in *" $name "*) ;; *) die "unknown bench '$name': there are ${names[*]:-none}" ;; esac
     say "bench $name: building"
-    cmake --build --preset release --target "bench_$name" -- -j "$(nproc)" >build/release.log 2>&1 || {
-        grep -E -A 12 'error|FAILED|Error' build/release.log | head -n 60 >&2 || tail -n 30 build/release.log >&2
-        exit 1
-    }
+    build_preset release --target "bench_$name" || exit 1
     say "bench $name: running (figures: build/bench/$name.json)"
     "build/release/bench/bench_$name" --benchmark_out="build/bench/$name.json" --benchmark_out_format=json "$@"
 done

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "hostkit/composite.h"
 #include "hostkit/scale.h"
 #include "hostkit/text.h"
 
@@ -19,11 +18,12 @@ constexpr int kLabelTop = 4;
 constexpr std::uint8_t kBackground = 24;
 constexpr std::uint32_t kLabelColor = 0xB8B8B8;
 constexpr std::uint32_t kHighlightColor = 0xFFC850;
-constexpr double kTintStrength = 0.35;
+constexpr std::uint8_t kBorderColor[3] = {0, 90, 255};
 /// Share of the mask's size that the enlargement shows around it.
 constexpr double kMargin = 0.15;
 
-/// The part of the picture that an enlargement shows: the mask and a margin, in the panel's proportions, inside the picture.
+/// The part of the picture that an enlargement shows: the mask and a margin, in the panel's proportions, inside the
+/// picture.
 PixelRect partAround(const PixelRect &bounds, const Image &picture, double proportion) {
     const double margin = kMargin * std::max(bounds.width, bounds.height);
     double width = bounds.width + 2 * margin;
@@ -35,8 +35,20 @@ PixelRect partAround(const PixelRect &bounds, const Image &picture, double propo
     const int partHeight = std::max(1, static_cast<int>(height * shrink));
     const int left = bounds.left + (bounds.width - partWidth) / 2;
     const int top = bounds.top + (bounds.height - partHeight) / 2;
-    return {std::clamp(left, 0, picture.width() - partWidth), std::clamp(top, 0, picture.height() - partHeight), partWidth,
-            partHeight};
+    return {std::clamp(left, 0, picture.width() - partWidth), std::clamp(top, 0, picture.height() - partHeight),
+            partWidth, partHeight};
+}
+
+/// Draws the line between inside and outside into an enlargement of `part`: every pixel whose source pixel differs from
+/// that of its neighbour above or to the left.
+void drawBorder(Image &panel, const Mask &mask, const PixelRect &part) {
+    const auto inside = [&](int x, int y) {
+        return mask.row(part.top + y * part.height / panel.height())[part.left + x * part.width / panel.width()] != 0;
+    };
+    for (int y = 1; y < panel.height(); ++y)
+        for (int x = 1; x < panel.width(); ++x)
+            if (inside(x, y) != inside(x - 1, y) || inside(x, y) != inside(x, y - 1))
+                std::copy_n(kBorderColor, 3, panel.row(y) + x * 4);
 }
 
 } // namespace
@@ -47,7 +59,7 @@ ContactSheet::ContactSheet(int columns, int frameWidth, int frameHeight)
         throw std::invalid_argument("a contact sheet needs at least one column and frames of at least one pixel");
 }
 
-Image ContactSheet::enlargement(const Image &tinted, const Mask &mask) const {
+Image ContactSheet::enlargement(const Image &frame, const Mask &mask) const {
     const int width = frameHeight_; // a square panel suits tall and wide outlines alike
     const PixelRect bounds = mask.bounds();
     if (bounds.width == 0) {
@@ -58,14 +70,18 @@ Image ContactSheet::enlargement(const Image &tinted, const Mask &mask) const {
                  kTextScale, kLabelColor);
         return panel;
     }
-    return scaled(tinted, partAround(bounds, tinted, static_cast<double>(width) / frameHeight_), width, frameHeight_);
+    const PixelRect part = partAround(bounds, frame, static_cast<double>(width) / frameHeight_);
+    Image panel = scaled(frame, part, width, frameHeight_);
+    drawBorder(panel, mask, part);
+    return panel;
 }
 
-void ContactSheet::add(const Image &frame, const Mask &mask, const std::string &label, bool highlighted) {
-    Image tinted = frame;
-    tint(tinted, mask, 0, 200, 255, kTintStrength);
-    const Image whole = scaled(tinted, {0, 0, tinted.width(), tinted.height()}, frameWidth_, frameHeight_);
-    const Image part = enlargement(tinted, mask);
+void ContactSheet::add(const Image &frame, const Image &overlaid, const Mask &mask, const std::string &label,
+                       bool highlighted) {
+    if (frame.width() != mask.width() || frame.height() != mask.height())
+        throw std::invalid_argument("the mask and the picture have different sizes");
+    const Image whole = scaled(overlaid, {0, 0, overlaid.width(), overlaid.height()}, frameWidth_, frameHeight_);
+    const Image part = enlargement(frame, mask);
 
     Image cell(frameWidth_ + part.width(), frameHeight_ + kLabelHeight);
     cell.fill(kBackground, kBackground, kBackground);
@@ -85,7 +101,8 @@ Image ContactSheet::compose() const {
     Image sheet(columns * cellWidth + kGap, rows * cellHeight + kGap);
     sheet.fill(kBackground, kBackground, kBackground);
     for (int i = 0; i < count(); ++i)
-        sheet.paste(cells_[static_cast<std::size_t>(i)], kGap + i % columns * cellWidth, kGap + i / columns * cellHeight);
+        sheet.paste(cells_[static_cast<std::size_t>(i)], kGap + i % columns * cellWidth,
+                    kGap + i / columns * cellHeight);
     return sheet;
 }
 

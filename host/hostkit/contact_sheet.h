@@ -9,21 +9,22 @@
 
 namespace hostkit {
 
-/// A grid of labelled frames: each shows the whole frame and, beside it, the surroundings of its mask enlarged, because an
-/// outline of a few pixels cannot be judged in a small picture.
+/// A grid of labelled frames: each shows the whole frame under its overlay and, beside it, the surroundings of its mask
+/// enlarged with the mask's border drawn in, because the fit of a mask a few pixels wide cannot be judged in a small
+/// picture.
 class ContactSheet {
   public:
     /// `frameWidth` and `frameHeight` are what a whole frame is shrunk or enlarged to.
     ContactSheet(int columns, int frameWidth, int frameHeight);
 
-    /// Adds a frame. The mask is tinted in; a highlighted label (a keyframe's) stands out.
-    void add(const Image &frame, const Mask &mask, const std::string &label, bool highlighted);
+    /// Adds a frame, bare and under its overlay. A highlighted label (a keyframe's) stands out.
+    void add(const Image &frame, const Image &overlaid, const Mask &mask, const std::string &label, bool highlighted);
     int count() const { return static_cast<int>(cells_.size()); }
     /// The sheet. Throws std::invalid_argument when nothing was added.
     Image compose() const;
 
   private:
-    Image enlargement(const Image &tinted, const Mask &mask) const;
+    Image enlargement(const Image &frame, const Mask &mask) const;
 
     int columns_;
     int frameWidth_;

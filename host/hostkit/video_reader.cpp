@@ -43,6 +43,10 @@ bool isStillPictureOrText(const AVInputFormat &format) {
     throw MediaError("clip " + inQuotes(path) + " is not a video: " + reason);
 }
 
+[[noreturn]] void failWithoutFrames(const std::string &path) {
+    throw MediaError("clip " + inQuotes(path) + " has no frames");
+}
+
 } // namespace
 
 VideoReader::VideoReader(const std::string &path, int width, int height)
@@ -75,8 +79,10 @@ void VideoReader::open() {
     AVFormatContext *context = nullptr;
     // The protocol is named so that a colon in a file's name is part of the name.
     if (const int code = avformat_open_input(&context, ("file:" + path_).c_str(), nullptr, nullptr); code < 0) {
-        if (code == AVERROR_INVALIDDATA || code == AVERROR_EOF)
+        if (code == AVERROR_INVALIDDATA)
             failNotAVideo(path_, "its format is unknown");
+        if (code == AVERROR_EOF)
+            failWithoutFrames(path_);
         throw MediaError("clip " + inQuotes(path_) + " cannot be read: " + avErrorText(code));
     }
     input_.reset(context);
@@ -105,7 +111,7 @@ void VideoReader::open() {
     if (const int code = avcodec_open2(decoder_.get(), codec, nullptr); code < 0)
         throw MediaError("clip " + inQuotes(path_) + " cannot be decoded: " + avErrorText(code));
     if (stream.codecpar->width < 1 || stream.codecpar->height < 1)
-        throw MediaError("clip " + inQuotes(path_) + " has no frames");
+        failWithoutFrames(path_);
     position_ = -1;
 }
 

@@ -11,7 +11,7 @@ from .outputs import OutputFolder
 from .preview import Preview
 from .render import MODULE_STAGES, Renderer
 from .replay import Replay
-from .stages import Stages
+from .stages import Stages, median
 
 _EDITS = os.path.join(os.path.dirname(os.path.abspath(__file__)), 'edits')
 # Made for the default clip, and for whatever else comes without an edit of its own.
@@ -23,9 +23,9 @@ def run(clip, edit_path, out, size, codec):
     """Does the job and returns the summary's text. `size` is (width, height) or None for the clip's own."""
     try:
         return _run(clip, edit_path, out, size, codec)
-    except IOError as error:
-        # What _hostkit reports about a file is a whole sentence already.
-        raise HostError(str(error))
+    except EnvironmentError as error:
+        # What _hostkit reports about a file is a whole sentence already; Python's own errors have parts.
+        raise HostError("cannot write '%s': %s" % (error.filename, error.strerror) if error.filename else str(error))
 
 
 def _run(clip, edit_path, out, size, codec):
@@ -75,6 +75,7 @@ def _progress_bar(what, total):
 def _summary(clip, reader, clock, edit, preview, keyframes, renderer, stages, out):
     frames = clock.frameCount()
     runs = renderer.runs_per_frame
+    module = stages.together(MODULE_STAGES)
     rate = '%g' % (float(clock.rateNumerator()) / clock.rateDenominator())
     lines = [
         ('clip', '%s, %s %dx%d, %s frames/s%s' % (os.path.basename(clip), reader.codecName(), reader.clipWidth(),
@@ -84,8 +85,9 @@ def _summary(clip, reader, clock, edit, preview, keyframes, renderer, stages, ou
         ('keyframes', '%d at frames %s' % (len(keyframes), ' '.join(str(frame) for frame in keyframes))),
         ('events', ', '.join('%s %d' % pair for pair in preview.events.counts())),
         ('runs a frame', 'min %d, mean %.1f, max %d' % (min(runs), sum(runs) / float(len(runs)), max(runs))),
-        ('ms a frame', ', '.join('%s %.3f' % (name, seconds * 1000 / frames) for name, seconds in stages.seconds.items())),
-        ('module', '%.3f ms a frame (%s)' % (stages.total(MODULE_STAGES) * 1000 / frames, ' + '.join(MODULE_STAGES))),
+        ('ms a frame', ', '.join('%s %.3f' % (name, seconds * 1000 / frames) for name, seconds in stages.totals())),
+        ('module', '%.3f ms a frame (median of %s; mean %.3f)' % (
+            median(module) * 1000, ' + '.join(MODULE_STAGES), sum(module) * 1000 / len(module))),
         ('results', out),
     ]
     return '\n'.join('%-13s %s' % line for line in lines)

@@ -12,6 +12,10 @@ import _Orvanel
 from . import hostkit
 
 _ENTRY_PREFIX = 'Orvanel_'
+# Entries that take no object: their first argument is already the first one of their own.
+_STATIC_ENTRIES = frozenset(('DumpBitmap', 'GenerateSpecificKeyFrame', 'SetDevSettingPoints', 'SetDevSettingPointsBuf'))
+# Not a method of the object.
+_REGISTRATION = 'swigregister'
 
 
 class Orvanel(object):
@@ -45,9 +49,11 @@ class Orvanel(object):
 def _add_entries():
     for entry, function in vars(_Orvanel).items():
         name = entry[len(_ENTRY_PREFIX):]
-        if entry.startswith(_ENTRY_PREFIX) and name != 'swigregister' and name not in vars(Orvanel):
-            # A built-in function does not bind to an instance by itself.
-            setattr(Orvanel, name, types.MethodType(function, None, Orvanel))
+        if not entry.startswith(_ENTRY_PREFIX) or name == _REGISTRATION or name in vars(Orvanel):
+            continue
+        # A built-in function does not bind to an instance by itself.
+        method = staticmethod(function) if name in _STATIC_ENTRIES else types.MethodType(function, None, Orvanel)
+        setattr(Orvanel, name, method)
 
 
 _add_entries()

@@ -16,7 +16,9 @@ class _Coordinate(float):
     """A single-precision number, written with as few digits as bring it back: nine are always enough."""
 
     def __repr__(self):
-        return '%.9g' % self
+        text = '%.9g' % self
+        # "-0" would come back as the integer 0, which has no sign.
+        return text if '.' in text or 'e' in text else text + '.0'
 
 
 def _points_out(data):

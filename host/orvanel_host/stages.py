@@ -6,16 +6,27 @@ import time
 
 
 class Stages(object):
-    """Adds up seconds by stage, in the order in which the stages first ran."""
+    """Wall-clock seconds by stage, in the order in which the stages first ran."""
 
     def __init__(self):
-        self.seconds = collections.OrderedDict()
+        self._samples = collections.OrderedDict()
 
     @contextlib.contextmanager
     def stage(self, name):
         start = time.time()
         yield
-        self.seconds[name] = self.seconds.get(name, 0.0) + time.time() - start
+        self._samples.setdefault(name, []).append(time.time() - start)
 
-    def total(self, names):
-        return sum(self.seconds.get(name, 0.0) for name in names)
+    def totals(self):
+        """Pairs of (stage, seconds)."""
+        return [(name, sum(samples)) for name, samples in self._samples.items()]
+
+    def together(self, names):
+        """Seconds that several stages took in each of their rounds."""
+        return [sum(samples) for samples in zip(*(self._samples[name] for name in names))]
+
+
+def median(values):
+    """What other programs on the machine disturb least."""
+    ordered = sorted(values)
+    return (ordered[(len(ordered) - 1) // 2] + ordered[len(ordered) // 2]) / 2.0

@@ -51,6 +51,12 @@ void CallRecord::addViolation(const std::string &object, const char *method, con
     m_violations.push_back(prefixed(object, method) + ": " + reason);
 }
 
+void CallRecord::noteReleased(const std::string &object) {
+    const std::lock_guard lock(m_mutex);
+    if (m_recording)
+        m_calls.push_back(object + " is released");
+}
+
 std::optional<HRESULT> CallRecord::note(const std::string &object, const char *method,
                                         std::initializer_list<std::string> arguments) {
     const std::lock_guard lock(m_mutex);

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <mutex>
+#include <utility>
 
 #include "software_d3d9/direct3d.h"
 #include "software_d3d9/texture.h"
@@ -11,7 +12,6 @@ namespace software_d3d9 {
 namespace {
 
 constexpr std::size_t kPixel = 4;
-/// Rows begin at multiples of this, before DeviceOptions::rowPadding is added.
 constexpr DWORD kTextureUsages = D3DUSAGE_DYNAMIC | D3DUSAGE_RENDERTARGET;
 
 /// What is wrong with the arguments of CreateTexture, or null.

@@ -81,6 +81,7 @@ ULONG Texture::Release() {
         if (--m_references > 0)
             return m_references;
         --core->live.textures;
+        core->record.noteReleased(m_name);
         deleteIfUnused();
     }
     device.Release();

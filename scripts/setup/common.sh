@@ -13,6 +13,20 @@ die() {
     exit 2
 }
 
+# build_preset PRESET [BUILD-OPTION...]: configures and builds; the output goes to a log, and its errors to the terminal too.
+build_preset() {
+    local preset=$1 log=$ORVANEL_ROOT/build/$1.log
+    shift
+    mkdir -p "$ORVANEL_ROOT/build"
+    if (cd "$ORVANEL_ROOT" && cmake --preset "$preset" "${CONFIGURE_OPTIONS[@]}" && cmake --build --preset "$preset" "$@" -- -j "$(nproc)") >"$log" 2>&1; then
+        return 0
+    fi
+    awk '/error|FAILED|Error/ { left = 12 } left-- > 0 && printed++ < 60' "$log" >&2
+    warn "$preset did not build (whole log: build/$preset.log)"
+    return 1
+}
+CONFIGURE_OPTIONS=()
+
 # Hash of everything that decides a result: its stamp. Arguments are strings, file contents come through $(cat).
 stamp_of() { printf '%s\n' "$@" | sha256sum | cut -c1-16; }
 
@@ -21,7 +35,7 @@ archive_uri() {
     local codename
     codename=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME:-}")
     apt-get indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT) $(CREATED_BY)' |
-        awk -v codename="$codename" '$3 == "main" && $4 == "Packages" && ($2 == codename || $2 == "stable") { print $1; exit }'
+        awk -v codename="$codename" '$3 == "main" && $4 == "Packages" && ($2 == codename || $2 == "stable") && !found++ { print $1 }'
 }
 
 # private_apt SUITE DIR: lays down an apt state of its own for one suite and fills APT_OPTIONS. Needs no root.

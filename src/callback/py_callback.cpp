@@ -174,9 +174,10 @@ PyObject *PyCallback::CallObject(const char *format, ...) const {
 }
 
 void PyCallback::DestroyWhenUnused() {
-    m_doomed = true;
     if (m_uses == 0)
         destroyKeepingError();
+    else
+        m_doomed = true;
 }
 
 void PyCallback::destroyKeepingError() const {

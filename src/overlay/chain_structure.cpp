@@ -72,6 +72,7 @@ void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y) {
         // The closing segment leads to the new anchor from here on, and another one leads back from it.
         const std::size_t last = anchorAtOrBefore(chain.points, chain.size() - 1).value_or(0);
         erase(chain, last + 1, controlsAfter(chain.points, last));
+        chain.points[last].curveOut = chain.pointsF[last].curveOut = 0;
     }
     if (!chain.points.empty())
         appendStraightControls(chain, chain.points.back(), anchor);

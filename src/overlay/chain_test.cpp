@@ -93,6 +93,16 @@ TEST(Chain, AppendingToAClosedChainKeepsItClosed) {
     expectLayout(chain);
 }
 
+TEST(Chain, AppendingToAClosedChainStraightensItsBentClosingSegment) {
+    TestChain chain = TestChain::of({{0, 0}, {40, 0}, {40, 40}}, true);
+    moveControl(chain, 7, 5, 5);
+    appendAnchor(chain, 0, 40);
+    EXPECT_EQ(positions(chain), positions(square()));
+    EXPECT_EQ(chain.points[6].curveOut, 0U);
+    EXPECT_EQ(chain.points[0].curveIn, 0U);
+    expectLayout(chain);
+}
+
 TEST(Chain, InsertionOnAStraightSegment) {
     TestChain chain = square();
     EXPECT_TRUE(insertPoint(chain, {kAnchorPoint, 20, 0, 0, 0, 1}, 1));

@@ -54,7 +54,12 @@ int Orvanel::CacheCurrentKeyframe() {
     DiagLogPrint("Orvanel::CacheCurrentKeyframe() enter\n");
     const TextureLockGuard lock(m_textureLock);
     const std::int64_t key = m_currentDuration;
-    const auto newEntry = [&] { return KeyFrame{key, std::unique_ptr<Quill::KeyFrameMaskInfo>(GetKeyFrameMaskInfo(key))}; };
+    const auto newEntry = [&] {
+        KeyFrame keyFrame{key, std::unique_ptr<Quill::KeyFrameMaskInfo>(GetKeyFrameMaskInfo(key))};
+        // A record that is filled for a negative time keeps 0; in the list it has its entry's time all the same.
+        keyFrame.record->duration = key;
+        return keyFrame;
+    };
     if (m_keyFrames.empty()) {
         m_keyFrames.push_back(newEntry());
         return 0;

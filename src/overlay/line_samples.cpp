@@ -6,11 +6,14 @@
 #include "overlay/chain.h"
 
 void LineSamples::rebuild(const std::vector<MPoint> &outline, int density, int height) {
-    m_bounds.clear();
-    // A refused outline leaves the list as it was; nothing of an earlier outline must be hovered then.
-    if (FAILED(Quill::MaskHandler::GenAllPoints(outline.data(), static_cast<int>(outline.size()), density, height,
-                                                &m_segments)))
+    const HRESULT result = Quill::MaskHandler::GenAllPoints(outline.data(), static_cast<int>(outline.size()), density, height,
+                                                            &m_segments);
+    // An outline of one point has no segment and is refused: what was sampled last stays, as the sampler leaves it.
+    if (result == E_FAIL)
+        return;
+    if (FAILED(result))
         m_segments.clear();
+    m_bounds.clear();
     for (const std::vector<MPoint> &segment : m_segments) {
         if (segment.empty()) {
             m_bounds.push_back({1, 1, 0, 0});
@@ -25,11 +28,6 @@ void LineSamples::rebuild(const std::vector<MPoint> &outline, int density, int h
         }
         m_bounds.push_back(bounds);
     }
-}
-
-void LineSamples::clear() {
-    m_segments.clear();
-    m_bounds.clear();
 }
 
 std::optional<LineSamples::Hit> LineSamples::find(std::int32_t x, std::int32_t y, std::int32_t tolerance) const {

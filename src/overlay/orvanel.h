@@ -71,6 +71,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     void LockTexture();
+    /// The same for a renderer's thread, which holds no interpreter lock; false when it took longer than `milliseconds`.
+    bool TryLockTexture(std::uint32_t milliseconds);
     void UnlockTexture();
     /// Hands a state to the host's callable.
     void CallBack(ECallBack_State state);
@@ -280,6 +282,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
 
     std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery
     std::thread m_workerThread;
+    std::thread::id m_workerId; ///< also after the thread has been detached
 
     MarkSizes m_markSizes;
     float m_sizeScaler = 1.0F;

@@ -24,17 +24,22 @@ void Orvanel::startWorker() {
     m_worker = std::make_shared<WorkerBlock>();
     m_worker->owner = this;
     m_workerThread = std::thread([block = m_worker] { runWorker(block); });
+    m_workerId = m_workerThread.get_id();
 }
 
 void Orvanel::stopWorker() {
     m_worker->stop.set();
     m_worker->trigger.set();
-    if (m_workerThread.get_id() == std::this_thread::get_id()) {
+    if (m_workerId == std::this_thread::get_id()) {
         // Called from a delivery on the worker itself, which cannot wait for its own end; it ends after this delivery.
-        m_workerThread.detach();
+        if (m_workerThread.joinable())
+            m_workerThread.detach();
         return;
     }
+    // The worker may be delivering, and its callable may want the lock that the host took before it called here.
+    const int holds = m_textureLock.releaseAll();
     m_worker->done.wait(platform::kInfinite);
+    m_textureLock.takeBack(holds);
     if (m_workerThread.joinable())
         m_workerThread.join();
 }

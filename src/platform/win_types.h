@@ -20,6 +20,15 @@
 // After <windows.h>: the interface root and the GUID type.
 #include <unknwn.h>
 
+// Words of segmented memory that the headers turn into nothing, and that geometry has better uses for. The headers'
+// own spelling stays valid for those that follow.
+#undef near
+#undef far
+#undef NEAR
+#undef FAR
+#define NEAR
+#define FAR
+
 #else
 
 using BYTE = std::uint8_t;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/clock.h"
 
-#include "platform/win_types.h"
+#include <windows.h>
 
+// After <windows.h>, and not after win_types.h: this header still writes `far`.
 #include <mmsystem.h>
 
 namespace platform {

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#define ORVANEL_SSE2 1
+#include <emmintrin.h>
+#endif
+
+// Several values computed at once where the processor can. The portable forms say what the results are; the others give
+// the same.
+
+namespace platform {
+
+/// Eight 16-bit integers.
+class PortableInt16Lanes {
+  public:
+    static constexpr int kCount = 8;
+
+    /// All lanes the low 16 bits of `value`.
+    static PortableInt16Lanes all(int value) {
+        return from([=](int) { return value; });
+    }
+    /// 0, 1, 2, ... 7.
+    static PortableInt16Lanes ramp() {
+        return from([](int i) { return i; });
+    }
+
+    /// Sums, differences and products wrap around.
+    friend PortableInt16Lanes operator+(const PortableInt16Lanes &a, const PortableInt16Lanes &b) {
+        return from([&](int i) { return a.m_lanes[i] + b.m_lanes[i]; });
+    }
+    friend PortableInt16Lanes operator-(const PortableInt16Lanes &a, const PortableInt16Lanes &b) {
+        return from([&](int i) { return a.m_lanes[i] - b.m_lanes[i]; });
+    }
+    friend PortableInt16Lanes operator*(const PortableInt16Lanes &a, const PortableInt16Lanes &b) {
+        return from([&](int i) { return a.m_lanes[i] * b.m_lanes[i]; });
+    }
+    /// The magnitude; -32768 stays.
+    PortableInt16Lanes magnitude() const {
+        return from([this](int i) { return m_lanes[i] < 0 ? -m_lanes[i] : m_lanes[i]; });
+    }
+    /// Arithmetic shift to the right.
+    template <int Bits>
+    PortableInt16Lanes shifted() const {
+        return from([this](int i) { return m_lanes[i] >> Bits; });
+    }
+    /// The lanes where `a` is less than `b`, 0 elsewhere.
+    PortableInt16Lanes where(const PortableInt16Lanes &a, const PortableInt16Lanes &b) const {
+        return from([&](int i) { return a.m_lanes[i] < b.m_lanes[i] ? m_lanes[i] : 0; });
+    }
+    /// Raises eight bytes to the lanes, which are limited to 0..255.
+    void raise(std::uint8_t *bytes) const {
+        for (int i = 0; i < kCount; ++i)
+            bytes[i] = std::max(bytes[i], static_cast<std::uint8_t>(std::clamp<int>(m_lanes[i], 0, 255)));
+    }
+
+  private:
+    template <typename Value>
+    static PortableInt16Lanes from(Value value) {
+        PortableInt16Lanes lanes;
+        for (int i = 0; i < kCount; ++i)
+            lanes.m_lanes[i] = static_cast<std::int16_t>(value(i));
+        return lanes;
+    }
+
+    std::int16_t m_lanes[kCount];
+};
+
+/// Whether eight 32-bit values are all 0.
+inline bool portableAllZero(const std::uint32_t *values) {
+    return std::all_of(values, values + 8, [](std::uint32_t value) { return value == 0; });
+}
+
+/// Whether each of eight 32-bit values is 0 or `other`.
+inline bool portableAllZeroOr(const std::uint32_t *values, std::uint32_t other) {
+    return std::all_of(values, values + 8, [=](std::uint32_t value) { return value == 0 || value == other; });
+}
+
+#ifdef ORVANEL_SSE2
+
+class Int16Lanes {
+  public:
+    static constexpr int kCount = 8;
+
+    static Int16Lanes all(int value) { return Int16Lanes(_mm_set1_epi16(static_cast<short>(value))); }
+    static Int16Lanes ramp() { return Int16Lanes(_mm_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7)); }
+
+    friend Int16Lanes operator+(Int16Lanes a, Int16Lanes b) { return Int16Lanes(_mm_add_epi16(a.m_lanes, b.m_lanes)); }
+    friend Int16Lanes operator-(Int16Lanes a, Int16Lanes b) { return Int16Lanes(_mm_sub_epi16(a.m_lanes, b.m_lanes)); }
+    friend Int16Lanes operator*(Int16Lanes a, Int16Lanes b) { return Int16Lanes(_mm_mullo_epi16(a.m_lanes, b.m_lanes)); }
+    Int16Lanes magnitude() const {
+        return Int16Lanes(_mm_max_epi16(m_lanes, _mm_sub_epi16(_mm_setzero_si128(), m_lanes)));
+    }
+    template <int Bits>
+    Int16Lanes shifted() const {
+        return Int16Lanes(_mm_srai_epi16(m_lanes, Bits));
+    }
+    Int16Lanes where(Int16Lanes a, Int16Lanes b) const {
+        return Int16Lanes(_mm_and_si128(m_lanes, _mm_cmplt_epi16(a.m_lanes, b.m_lanes)));
+    }
+    void raise(std::uint8_t *bytes) const {
+        auto *const target = reinterpret_cast<__m128i *>(bytes);
+        _mm_storel_epi64(target, _mm_max_epu8(_mm_loadl_epi64(target), _mm_packus_epi16(m_lanes, m_lanes)));
+    }
+
+  private:
+    explicit Int16Lanes(__m128i lanes) : m_lanes(lanes) {}
+
+    __m128i m_lanes;
+};
+
+inline bool allZero(const std::uint32_t *values) {
+    const auto *const halves = reinterpret_cast<const __m128i *>(values);
+    const __m128i any = _mm_or_si128(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
+    return _mm_movemask_epi8(_mm_cmpeq_epi32(any, _mm_setzero_si128())) == 0xFFFF;
+}
+
+inline bool allZeroOr(const std::uint32_t *values, std::uint32_t other) {
+    const auto *const halves = reinterpret_cast<const __m128i *>(values);
+    const __m128i others = _mm_set1_epi32(static_cast<int>(other));
+    const auto known = [&](__m128i half) {
+        return _mm_or_si128(_mm_cmpeq_epi32(half, _mm_setzero_si128()), _mm_cmpeq_epi32(half, others));
+    };
+    const __m128i both = _mm_and_si128(known(_mm_loadu_si128(halves)), known(_mm_loadu_si128(halves + 1)));
+    return _mm_movemask_epi8(both) == 0xFFFF;
+}
+
+#else
+
+using Int16Lanes = PortableInt16Lanes;
+
+inline bool allZero(const std::uint32_t *values) {
+    return portableAllZero(values);
+}
+
+inline bool allZeroOr(const std::uint32_t *values, std::uint32_t other) {
+    return portableAllZeroOr(values, other);
+}
+
+#endif
+
+} // namespace platform
