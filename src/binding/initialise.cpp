@@ -42,7 +42,7 @@ void endowNone() {
 } // namespace
 
 void initialiseModule() {
-    if (!joinTypeRegistry() || !prepareOpaqueType())
+    if (!typeRegistry.join() || !prepareOpaqueType())
         return;
     forgetProxyClass();
     registerPointerExtractor(&carriedAddress);

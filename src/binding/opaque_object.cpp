@@ -144,7 +144,7 @@ bool prepareOpaqueType() {
         return true;
     numberMethods.nb_int = address;
     numberMethods.nb_long = address;
-    type.tp_name = joinedRuntimeVersion() == RuntimeVersion::Three ? "PySwigObject" : "SwigPyObject";
+    type.tp_name = typeRegistry.runtimeVersion() == RuntimeVersion::Three ? "PySwigObject" : "SwigPyObject";
     type.tp_doc = "Carries a pointer of the extension's own types.";
     type.tp_basicsize = sizeof(OpaqueObject);
     type.tp_flags = Py_TPFLAGS_DEFAULT;

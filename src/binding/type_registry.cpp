@@ -12,13 +12,9 @@
 
 namespace binding {
 
-TypeRecord *registeredTypes[kPointerTypes.size() + 1];
+constinit TypeRegistry typeRegistry;
 
 namespace {
-
-constexpr std::size_t kTypeCount = kPointerTypes.size();
-// A type's own cast, the equivalent ones, and the null type at the end.
-constexpr std::size_t kCastsPerType = 4;
 
 constexpr const char *kModuleName4 = "swig_runtime_data4";
 constexpr const char *kModuleName3 = "swig_runtime_data3";
@@ -31,28 +27,6 @@ static_assert(std::is_sorted(kPointerTypes.begin(), kPointerTypes.end(),
                                  return std::string_view(left.name) < std::string_view(right.name);
                              }));
 
-TypeRecord ownTypes[kTypeCount];
-TypeRecord *ownTypePointers[kTypeCount + 1];
-CastRecord ownCasts[kTypeCount][kCastsPerType];
-CastRecord *ownCastPointers[kTypeCount + 1];
-ModuleRecord ownModule;
-RuntimeVersion runtimeVersion = RuntimeVersion::Four;
-
-void fillOwnRecords() {
-    for (std::size_t index = 0; index < kTypeCount; ++index) {
-        ownTypes[index] = {kPointerTypes[index].name, kPointerTypes[index].text, nullptr, nullptr, nullptr, 0};
-        ownTypePointers[index] = &ownTypes[index];
-        ownCastPointers[index] = ownCasts[index];
-        ownCasts[index][0].type = &ownTypes[index];
-    }
-    for (const EquivalentTypes &pair : kEquivalentTypes) {
-        CastRecord *const free = std::find_if(ownCasts[pair.to], ownCasts[pair.to] + kCastsPerType,
-                                              [](const CastRecord &cast) { return cast.type == nullptr; });
-        free->type = &ownTypes[pair.from];
-    }
-    ownModule = {registeredTypes, kTypeCount, &ownModule, ownTypePointers, ownCastPointers, nullptr};
-}
-
 TypeRecord *findIn(const ModuleRecord &module, const char *name) {
     TypeRecord **const end = module.types + module.size;
     TypeRecord **const found =
@@ -62,42 +36,11 @@ TypeRecord *findIn(const ModuleRecord &module, const char *name) {
     return found != end && std::strcmp((*found)->name, name) == 0 ? *found : nullptr;
 }
 
-/// The record that one of the ring's other modules has under that name, or null.
-TypeRecord *findInOthers(const char *name) {
-    for (const ModuleRecord *module = ownModule.next; module != &ownModule; module = module->next) {
-        if (TypeRecord *const type = findIn(*module, name))
-            return type;
-    }
-    return nullptr;
-}
-
 void pushCast(TypeRecord &type, CastRecord &cast) {
     cast.next = type.casts;
     if (type.casts)
         type.casts->previous = &cast;
     type.casts = &cast;
-}
-
-/// Decides which record stands for one of our types and gives it our casts.
-TypeRecord *settleType(std::size_t index) {
-    TypeRecord *const own = &ownTypes[index];
-    TypeRecord *const found = findInOthers(own->name);
-    TypeRecord *const type = found ? found : own;
-    for (CastRecord *cast = ownCasts[index]; cast->type; ++cast) {
-        TypeRecord *const source = findInOthers(cast->type->name);
-        if (source && !found)
-            cast->type = source;
-        else if (source && findCast(source, type))
-            continue;
-        pushCast(*type, *cast);
-    }
-    return type;
-}
-
-void settleTypes() {
-    for (std::size_t index = 0; index < kTypeCount; ++index)
-        registeredTypes[index] = settleType(index);
-    registeredTypes[kTypeCount] = nullptr;
 }
 
 /// An attribute of a module in sys.modules (borrowed), or null. Nothing is imported.
@@ -111,9 +54,53 @@ ModuleRecord *headInCObject(const char *module) {
     return object && PyCObject_Check(object) ? static_cast<ModuleRecord *>(PyCObject_AsVoidPtr(object)) : nullptr;
 }
 
+} // namespace
+
+void TypeRegistry::fillOwnRecords() {
+    for (std::size_t index = 0; index < kCount; ++index) {
+        m_ownTypes[index].name = kPointerTypes[index].name;
+        m_ownTypes[index].text = kPointerTypes[index].text;
+        m_ownTypePointers[index] = &m_ownTypes[index];
+        m_ownCastPointers[index] = m_ownCasts[index];
+        m_ownCasts[index][0].type = &m_ownTypes[index];
+    }
+    for (const EquivalentTypes &pair : kEquivalentTypes) {
+        CastRecord *const casts = m_ownCasts[pair.to];
+        CastRecord *const free =
+            std::find_if(casts, casts + kCastsPerType, [](const CastRecord &cast) { return cast.type == nullptr; });
+        free->type = &m_ownTypes[pair.from];
+    }
+    m_module = {m_types, kCount, &m_module, m_ownTypePointers, m_ownCastPointers, nullptr};
+}
+
+/// The record that one of the ring's other modules has under that name, or null.
+TypeRecord *TypeRegistry::findInOthers(const char *name) const {
+    for (const ModuleRecord *module = m_module.next; module != &m_module; module = module->next) {
+        if (TypeRecord *const type = findIn(*module, name))
+            return type;
+    }
+    return nullptr;
+}
+
+/// Decides which record stands for one of our types and gives it our casts.
+TypeRecord *TypeRegistry::settle(std::size_t index) {
+    TypeRecord *const own = &m_ownTypes[index];
+    TypeRecord *const found = findInOthers(own->name);
+    TypeRecord *const type = found ? found : own;
+    for (CastRecord *cast = m_ownCasts[index]; cast->type; ++cast) {
+        TypeRecord *const source = findInOthers(cast->type->name);
+        if (source && !found)
+            cast->type = source;
+        else if (source && findCast(source, type))
+            continue;
+        pushCast(*type, *cast);
+    }
+    return type;
+}
+
 /// The head of the ring that the interpreter's modules have published, or null.
-ModuleRecord *publishedHead() {
-    runtimeVersion = RuntimeVersion::Four;
+ModuleRecord *TypeRegistry::publishedHead() {
+    m_version = RuntimeVersion::Four;
     PyObject *const capsule = loadedAttribute(kModuleName4, kCapsuleAttribute);
     if (capsule && PyCapsule_IsValid(capsule, kCapsuleName))
         return static_cast<ModuleRecord *>(PyCapsule_GetPointer(capsule, kCapsuleName));
@@ -121,53 +108,43 @@ ModuleRecord *publishedHead() {
         return head;
     ModuleRecord *const head = headInCObject(kModuleName3);
     if (head)
-        runtimeVersion = RuntimeVersion::Three;
+        m_version = RuntimeVersion::Three;
     return head;
 }
 
-bool publish() {
+bool TypeRegistry::publish() {
     PyObject *const module = PyImport_AddModule(kModuleName4);
-    if (!module)
-        return false;
-    PyObject *const capsule = PyCapsule_New(&ownModule, kCapsuleName, nullptr);
+    PyObject *const capsule = module ? PyCapsule_New(&m_module, kCapsuleName, nullptr) : nullptr;
     return capsule && PyModule_AddObject(module, kCapsuleAttribute, capsule) == 0;
 }
 
-bool isInRing(const ModuleRecord *head) {
+bool TypeRegistry::isInRing(const ModuleRecord *head) const {
     const ModuleRecord *module = head;
     do {
-        if (module == &ownModule)
+        if (module == &m_module)
             return true;
         module = module->next;
     } while (module != head);
     return false;
 }
 
-} // namespace
-
-bool joinTypeRegistry() {
-    const bool firstTime = ownModule.next == nullptr;
+bool TypeRegistry::join() {
+    const bool firstTime = m_module.next == nullptr;
     if (firstTime)
         fillOwnRecords();
     ModuleRecord *const head = publishedHead();
     if (!head && !publish())
         return false;
     if (head && !isInRing(head)) {
-        ownModule.next = head->next;
-        head->next = &ownModule;
+        m_module.next = head->next;
+        head->next = &m_module;
     }
     // In an interpreter that was started anew the types are settled already, and other modules point to them.
-    if (firstTime)
-        settleTypes();
+    if (!firstTime)
+        return true;
+    for (std::size_t index = 0; index < kCount; ++index)
+        m_types[index] = settle(index);
     return true;
-}
-
-RuntimeVersion joinedRuntimeVersion() {
-    return runtimeVersion;
-}
-
-ModuleRecord &ownModuleRecord() {
-    return ownModule;
 }
 
 const char *shownName(const TypeRecord *type) {

@@ -182,7 +182,7 @@ void PyCallback::DestroyWhenUnused() {
 
 void PyCallback::destroyKeepingError() const {
     const PendingError pending;
-    // The destructor may let the interpreter lock go, and what is delivered then must not destroy once more.
-    m_doomed = false;
+    // The destructor may deliver a last event, whose Use must not end in another destruction.
+    m_uses = 1;
     delete this;
 }

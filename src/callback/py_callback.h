@@ -77,5 +77,5 @@ class PyCallback {
     std::atomic<PyObject *> m_callable{nullptr}; ///< other threads test it for null without the lock
     std::int32_t m_hostMainWindow;               ///< read from the environment at construction
     mutable int m_uses = 0;                      ///< guarded by the interpreter lock, as is m_doomed
-    mutable bool m_doomed = false;               ///< to be deleted when m_uses comes to 0
+    bool m_doomed = false;                       ///< to be deleted when m_uses comes to 0
 };

@@ -276,6 +276,23 @@ TEST_F(PyCallbackReentryTest, AnUseOutlivesADestructionAskedFor) {
     PyErr_Clear();
 }
 
+/// Delivers once more while it is destroyed, as a worker's last event does.
+class Parting : public Tracked {
+  public:
+    using Tracked::Tracked;
+    ~Parting() override { Call("i", 9); }
+};
+
+TEST_F(PyCallbackReentryTest, AnObjectMayDeliverWhileItIsDestroyed) {
+    bool gone = false;
+    reachable = new Parting(&gone);
+    Interpreter::run("def end(code):\n    seen.append(code)\n    peer.destroy()");
+    set(*reachable, "end");
+    reachable->Call("i", 1);
+    EXPECT_TRUE(gone);
+    EXPECT_EQ(seen(), "[1, 9]");
+}
+
 TEST_F(PyCallbackReentryTest, AnUnusedObjectIsDestroyedAtOnce) {
     bool gone = false;
     (new Tracked(&gone))->DestroyWhenUnused();

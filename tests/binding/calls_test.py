@@ -1,8 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Calls that cross the boundary: texts written out, conversions at their limits, results, ownership."""
 
-import gc
-import subprocess
 import sys
 import unittest
 import weakref
@@ -10,6 +8,7 @@ import weakref
 import _Orvanel
 import support
 import swig_peer
+from support import run_script
 
 E_FAIL = -2147467259
 INTERACTIVE_TEXT = ("Wrong number of arguments for overloaded function 'Orvanel_Interactive'.\n  Possible C/C++ prototypes are:\n"
@@ -334,15 +333,6 @@ class Ownership(Case):
                   'print gone() is None\n'
                   'del a\n')
         self.assertEqual(run_script(script), ('True\nsecond\n', '', 0))
-
-
-def run_script(script):
-    """Standard output, error output and exit status of a fresh interpreter."""
-    process = subprocess.Popen([sys.executable, '-B', '-c', script], stdout=subprocess.PIPE, stderr=subprocess.PIPE, universal_newlines=True)
-    out, errors = process.communicate()
-    # The debug interpreter ends with a count of references.
-    errors = ''.join(line for line in errors.splitlines(True) if not line.startswith('['))
-    return out, errors, process.returncode
 
 
 if __name__ == '__main__':

@@ -3,6 +3,7 @@
 
 import json
 import os
+import subprocess
 import sys
 import weakref
 
@@ -105,3 +106,12 @@ def proxies_of(this):
             ('proxy with a property', PropertyProxy(lambda: this), None),
             ('proxy in a proxy', NewStyleProxy(OldStyleProxy(this)), None),
             ('weak proxy', weakref.proxy(strong), strong)]
+
+
+def run_script(script):
+    """Standard output, error output and exit status of a fresh interpreter."""
+    process = subprocess.Popen([sys.executable, '-B', '-c', script], stdout=subprocess.PIPE, stderr=subprocess.PIPE, universal_newlines=True)
+    out, errors = process.communicate()
+    # The debug interpreter ends with a count of references.
+    errors = ''.join(line for line in errors.splitlines(True) if not line.startswith('['))
+    return out, errors, process.returncode
