@@ -49,7 +49,8 @@ const AVCodec *findEncoder(const CodecChoice &choice) {
 void setQuality(AVCodecContext &encoder) {
     constexpr struct {
         const char *name, *value;
-    } kOptions[] = {{"preset", "veryfast"}, {"crf", "18"}, {"deadline", "good"}, {"cpu-used", "5"}, {"row-mt", "1"}};
+    } kOptions[] = {
+        {"preset", "veryfast"}, {"crf", "18"}, {"deadline", "realtime"}, {"cpu-used", "6"}, {"row-mt", "1"}};
     for (const auto &option : kOptions)
         av_opt_set(encoder.priv_data, option.name, option.value, 0);
     // VP9 takes crf as a quality only when no rate is asked for.
