@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "mask/mask_handler.h"
+#include "mask/raster_engine.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ std::vector<MPoint> randomOutline(std::mt19937 &random, int anchors, int low, in
 }
 
 TEST(AreaFill, TintsExactlyTheMask) {
+    const Quill::RasterEngineOverride portable(Quill::RasterEngine::Portable);
     std::mt19937 random(7);
     constexpr int kWidth = 97;
     constexpr int kHeight = 61;

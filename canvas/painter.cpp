@@ -73,7 +73,7 @@ void OutlinePainter::paintLine(Surface &surface, const Outline &outline, Pixel b
     if (m_path.closed && m_positions.back() != m_positions.front())
         m_positions.push_back(m_positions.front());
     m_linePalette.prepare(look, below);
-    m_stroker.begin(surface, look.reach());
+    m_stroker.begin(surface, look);
     m_stroker.addPolyline(m_positions, m_path.closed);
     m_stroker.paint(m_linePalette);
 }
@@ -81,7 +81,7 @@ void OutlinePainter::paintLine(Surface &surface, const Outline &outline, Pixel b
 void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline, Pixel below) {
     const StrokeLook look = handleLook(outline.style, outline.scale);
     m_handlePalette.prepare(look, below);
-    m_stroker.begin(surface, look.reach());
+    m_stroker.begin(surface, look);
     forEachShownHandle(outline.points, [this](const MPoint &anchor, const MPoint &control) {
         const Position ends[] = {toPosition(anchor), toPosition(control)};
         m_stroker.addPolyline(ends, false);

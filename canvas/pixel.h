@@ -28,9 +28,10 @@ constexpr std::uint32_t dividedBy255(std::uint32_t x) {
     return (x + 128 + ((x + 128) >> 8)) >> 8;
 }
 
-/// The colour with its alpha multiplied by coverage / 255.
+/// The colour with its alpha multiplied by coverage / 255; transparent when nothing of it is left.
 constexpr Pixel withCoverage(Pixel color, std::uint32_t coverage) {
-    return (color & 0x00FFFFFF) | dividedBy255(alphaOf(color) * coverage) << 24;
+    const std::uint32_t alpha = dividedBy255(alphaOf(color) * coverage);
+    return alpha == 0 ? kTransparent : (color & 0x00FFFFFF) | alpha << 24;
 }
 
 /// `source` laid over `below` (Porter and Duff's "over", straight alpha in and out), rounded to nearest. Integers only, so

@@ -62,7 +62,8 @@ TEST(Pixel, OverKeepsWhatCannotChange) {
 
 TEST(Pixel, CoverageScalesAlphaAlone) {
     EXPECT_EQ(canvas::withCoverage(0x80123456, 255), 0x80123456U);
-    EXPECT_EQ(canvas::withCoverage(0x80123456, 0), 0x00123456U);
+    EXPECT_EQ(canvas::withCoverage(0x80123456, 0), 0U);
+    EXPECT_EQ(canvas::withCoverage(0x01123456, 50), 0U);
     EXPECT_EQ(canvas::withCoverage(0xFF123456, 128), 0x80123456U);
 }
 

@@ -64,7 +64,7 @@ struct StrokeBodyRows {
     int firstRow = 0;
     int endRow = 0;
     /// Distance of column 0 of the first row, and its growth from column to column and from row to row; kDistanceFraction
-    /// bits of the unit in which 255 are the reach.
+    /// bits of the unit in which 255 are at least the reach.
     std::int64_t distance = 0;
     std::int64_t perColumn = 0;
     std::int64_t perRow = 0;

@@ -26,7 +26,7 @@ void StrokePalette::prepare(const StrokeLook &look, Pixel expected) {
     m_pixels[0] = kTransparent;
     m_pixels[256] = expected;
     for (std::size_t nearness = 1; nearness < 256; ++nearness) {
-        const double distance = (255.5 - static_cast<double>(nearness)) / 255 * static_cast<double>(look.reach());
+        const double distance = static_cast<double>(255 - nearness) / look.stepsPerPixel();
         const Pixel edge = partly(look.edge, coverage(look.edgeHalfWidth, distance));
         const Pixel core = partly(look.core, coverage(look.coreHalfWidth, distance));
         m_pixels[nearness] = over(edge, core);

@@ -17,16 +17,19 @@ struct StrokeLook {
 
     /// Distance from the centre line at which nothing is left of the stroke, half a pixel of smoothing included.
     float reach() const { return edgeHalfWidth + 0.5F; }
+    /// Steps of nearness in a pixel. A whole number, so that lines through pixel centres meet their neighbours' centres at
+    /// exactly representable distances and come out crisp.
+    int stepsPerPixel() const { return static_cast<int>(255 / reach()); }
     friend bool operator==(const StrokeLook &, const StrokeLook &) = default;
 };
 
-/// What a stroke of one look puts down at each nearness to its centre line: 255 is the centre, 1 the rim, 0 no stroke.
+/// What a stroke of one look puts down at each nearness to its centre line: 255 is the centre, one step less for each part of
+/// a pixel further away (StrokeLook::stepsPerPixel); 0 is no stroke.
 class StrokePalette {
   public:
     /// Prepares the pixels as they come out over nothing, and over the colour that much of the surface is expected to have.
     void prepare(const StrokeLook &look, Pixel expected);
 
-    float reach() const { return m_look.reach(); }
     Pixel expected() const { return m_expected; }
 
     /// The pixel at a nearness over nothing; over `below`, which is transparent or the expected colour; over any colour.

@@ -86,10 +86,10 @@ inline void paintBlock(Pixel *pixels, std::uint8_t *nearness, const StrokePalett
 
 } // namespace
 
-void Stroker::begin(Surface &surface, float reach) {
+void Stroker::begin(Surface &surface, const StrokeLook &look) {
     m_surface = &surface;
-    m_reach = static_cast<double>(reach);
-    m_stepsPerPixel = 255 / m_reach;
+    m_reach = static_cast<double>(look.reach());
+    m_stepsPerPixel = look.stepsPerPixel();
     m_bodies.clear();
     m_dots.clear();
     const auto width = static_cast<std::size_t>(surface.width());

@@ -16,12 +16,12 @@ namespace canvas {
 /// so that joints and crossings are seamless and no pixel is blended twice. Keeps its memory from one use to the next.
 class Stroker {
   public:
-    /// Starts a collection of lines for this surface, of which nothing is left at `reach` pixels from their centres.
-    void begin(Surface &surface, float reach);
+    /// Starts a collection of lines of one look for this surface.
+    void begin(Surface &surface, const StrokeLook &look);
     /// A line through all positions, with round joints; `closed` joins its end, where it starts, too, and an open one has
     /// round ends. A single position is a dot.
     void addPolyline(std::span<const Position> positions, bool closed);
-    /// Lays the collected lines over the surface. All three throw std::bad_alloc; the surface is whole then, but part of the
+    /// Lays the collected lines over the surface in the palette of their look. All three throw std::bad_alloc; the surface is whole then, but part of the
     /// lines may be missing.
     void paint(const StrokePalette &palette);
 
@@ -48,7 +48,7 @@ class Stroker {
 
     Surface *m_surface = nullptr;
     double m_reach = 0;
-    double m_stepsPerPixel = 0; ///< nearness steps
+    double m_stepsPerPixel = 0; ///< of nearness
 
     std::vector<StrokeBody> m_bodies;
     std::vector<Position> m_dots;

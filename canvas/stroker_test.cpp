@@ -51,7 +51,7 @@ std::vector<Pixel> drawn(const Positions &line, bool closed, const StrokeLook &s
     StrokePalette palette;
     palette.prepare(style, canvas::kTransparent);
     Stroker stroker;
-    stroker.begin(surface, style.reach());
+    stroker.begin(surface, style);
     stroker.addPolyline(line, closed);
     stroker.paint(palette);
     return pixelsOf(surface);
@@ -63,7 +63,7 @@ void expectTrueDistances(const Positions &line, bool closed, float halfWidth, do
     StrokePalette palette;
     palette.prepare(style, canvas::kTransparent);
     const std::vector<Pixel> pixels = drawn(line, closed, style, width, height);
-    const double perPixel = 255 / static_cast<double>(style.reach());
+    const double perPixel = style.stepsPerPixel();
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const double distance = distanceTo(line, x, y);
@@ -166,7 +166,7 @@ TEST(Stroker, KnownColourBelowOnlySavesTime) {
         StrokePalette palette;
         palette.prepare(style, i == 0 ? tint : canvas::kTransparent);
         Stroker stroker;
-        stroker.begin(surfaces[i], style.reach());
+        stroker.begin(surfaces[i], style);
         stroker.addPolyline(Positions{{3, 4}, {45, 20}, {20, 45}, {3, 4}}, true);
         stroker.paint(palette);
     }
@@ -179,12 +179,12 @@ TEST(Stroker, UsedAgainItStartsAnew) {
     StrokePalette palette;
     palette.prepare(look(2), canvas::kTransparent);
     Stroker stroker;
-    stroker.begin(surface, look(2).reach());
+    stroker.begin(surface, look(2));
     stroker.addPolyline(Positions{{1, 30}, {38, 3}}, false);
     stroker.paint(palette);
     surface.clear();
     ASSERT_EQ(surface.resize(40, 24), S_OK);
-    stroker.begin(surface, look(2).reach());
+    stroker.begin(surface, look(2));
     stroker.addPolyline(Positions{{5, 5}, {30, 9}}, false);
     stroker.paint(palette);
     EXPECT_EQ(pixelsOf(surface), drawn({{5, 5}, {30, 9}}, false, look(2), 40, 24));
@@ -200,7 +200,7 @@ TEST(Stroker, MoreSpansThanAreKeptLeaveNoSeam) {
     StrokePalette palette;
     palette.prepare(style, canvas::kTransparent);
     Stroker stroker;
-    stroker.begin(surface, style.reach());
+    stroker.begin(surface, style);
     for (int x = 5; x < kWidth; x += 10)
         stroker.addPolyline(Positions{{static_cast<double>(x), -20}, {static_cast<double>(x), kHeight + 20}}, false);
     stroker.paint(palette);

@@ -13,10 +13,6 @@ constexpr std::size_t kBlock = 8;
 
 } // namespace
 
-Surface::~Surface() {
-    release();
-}
-
 HRESULT Surface::resize(UINT width, UINT height) {
     if (!empty() && width == static_cast<UINT>(m_width) && height == static_cast<UINT>(m_height)) {
         clear();
@@ -29,7 +25,7 @@ HRESULT Surface::resize(UINT width, UINT height) {
         return E_INVALIDARG;
 
     void *bits = nullptr;
-    if (!CreateDIBSection32(width, -static_cast<INT>(height), &m_bitmap, &bits))
+    if (!CreateDIBSection32(width, -static_cast<INT>(height), m_bitmap.put(), &bits))
         return E_OUTOFMEMORY;
     m_pixels = static_cast<Pixel *>(bits);
     m_width = static_cast<int>(width);
@@ -57,8 +53,7 @@ void Surface::clear() {
 }
 
 void Surface::release() {
-    platform::deleteBitmap(m_bitmap);
-    m_bitmap = nullptr;
+    m_bitmap.reset();
     m_pixels = nullptr;
     m_width = 0;
     m_height = 0;

@@ -6,7 +6,7 @@
 
 #include "canvas/pixel.h"
 #include "mask/pod_buffer.h"
-#include "platform/win_types.h"
+#include "platform/dib.h"
 
 namespace canvas {
 
@@ -20,7 +20,6 @@ class Surface {
     Surface() = default;
     Surface(const Surface &) = delete;
     Surface &operator=(const Surface &) = delete;
-    ~Surface();
 
     /// Takes a size in pixels and becomes transparent. The same size keeps the memory; a size of zero holds none.
     /// E_INVALIDARG beyond kLongestSide, E_OUTOFMEMORY when there is no such memory; the surface is empty then.
@@ -62,7 +61,7 @@ class Surface {
 
     void release();
 
-    HBITMAP m_bitmap = nullptr;
+    platform::Bitmap m_bitmap;
     Pixel *m_pixels = nullptr;
     int m_width = 0;
     int m_height = 0;

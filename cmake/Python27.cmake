@@ -29,7 +29,9 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Windows")
     # What pyconfig.h asks of a compiler that is not Microsoft's.
     target_compile_definitions(Python27::Headers INTERFACE MS_WIN64)
     target_link_libraries(Python27::Module INTERFACE "${ORVANEL_PYTHON27_WINDOWS_DIR}/libs/libpython27.dll.a")
-    set(PYTHON27_HOME "${ORVANEL_PYTHON27_WINDOWS_DIR}")
+    # As a Windows program under Wine sees it.
+    get_filename_component(home "${ORVANEL_PYTHON27_WINDOWS_DIR}" REALPATH)
+    set(PYTHON27_HOME "Z:${home}")
     add_library(Python27::Embed INTERFACE IMPORTED GLOBAL)
     target_link_libraries(Python27::Embed INTERFACE Python27::Module)
     target_compile_definitions(Python27::Embed INTERFACE "ORVANEL_PYTHON27_HOME=\"${PYTHON27_HOME}\"")

@@ -54,14 +54,15 @@ function(orvanel_add_test name)
     endif()
     add_executable(${name} ${TEST_SOURCES})
     target_link_libraries(${name} PRIVATE orvanel_options ${TEST_LIBS} GTest::gmock GTest::gtest_main Threads::Threads)
-    if(NOT CMAKE_CROSSCOMPILING)
-        # gtest_discover_tests loses a list of environment variables; a runner in front of the program does not.
-        set(environment ${ORVANEL_SANITIZER_ENVIRONMENT})
-        if("Python27::Embed" IN_LIST TEST_LIBS)
-            list(APPEND environment "PYTHONHOME=${PYTHON27_HOME}" "PYTHONNOUSERSITE=1" "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}")
+    # gtest_discover_tests loses a list of environment variables; a runner in front of the program does not.
+    set(environment ${ORVANEL_SANITIZER_ENVIRONMENT})
+    if("Python27::Embed" IN_LIST TEST_LIBS)
+        list(APPEND environment "PYTHONHOME=${PYTHON27_HOME}" "PYTHONNOUSERSITE=1")
+        if(PYTHON27_LIBRARY_PATH)
+            list(APPEND environment "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}")
         endif()
-        set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "env;${environment}")
     endif()
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "env;${environment};${CMAKE_CROSSCOMPILING_EMULATOR}")
     gtest_discover_tests(${name}
         TEST_PREFIX "${name}."
         DISCOVERY_MODE PRE_TEST

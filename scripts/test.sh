@@ -4,7 +4,8 @@
 #
 #   ./test                 everything below
 #   ./test --quick         only the release configuration
-#   ./test NAME...         only these, of: release debug asan ubsan tsan windows, and format, which runs only when named
+#   ./test NAME...         only these, of: release debug asan ubsan tsan windows, and two that run only when named:
+#                          wine (the Windows build's tests under Wine) and format (the tree against .clang-format)
 #
 # A configuration that fails does not keep the others from running. The last line counts the tests of all of them.
 set -euo pipefail
@@ -14,7 +15,7 @@ cd "$ORVANEL_ROOT"
 ALL=(release debug asan ubsan tsan windows)
 case ${1:-} in
 -h | --help)
-    sed -n '/^#   \.\/test/s/^#   //p' "${BASH_SOURCE[0]}"
+    sed -n '/^#   /s/^#   //p' "${BASH_SOURCE[0]}"
     exit 0
     ;;
 --quick) selected=(release) ;;
@@ -22,7 +23,7 @@ case ${1:-} in
 *) selected=("$@") ;;
 esac
 for name in "${selected[@]}"; do
-    case " ${ALL[*]} format " in *" $name "*) ;; *) die "unknown configuration '$name': there are ${ALL[*]} format" ;; esac
+    case " ${ALL[*]} wine format " in *" $name "*) ;; *) die "unknown configuration '$name': there are ${ALL[*]} wine format" ;; esac
 done
 
 JOBS=$(nproc)
@@ -47,23 +48,39 @@ build() {
     build_preset "$1"
 }
 
-# suite PRESET: one configuration from configure to ctest.
+# suite NAME PRESET: one configuration from configure to ctest.
 suite() {
-    local start=$SECONDS junit=$ORVANEL_ROOT/build/$1/ctest.xml
-    if ! build "$1"; then
+    local name=$1 preset=$2 start=$SECONDS junit=$ORVANEL_ROOT/build/$2/ctest.xml
+    if ! build "$preset"; then
         failed=$((failed + 1))
-        note "$1" "did not build"
+        note "$name" "did not build"
         return
     fi
     rm -f "$junit"
-    say "$1: testing"
-    ctest --preset "$1" -j "$JOBS" --output-junit "$junit" || true
+    say "$name: testing"
+    ctest --preset "$preset" -j "$JOBS" --output-junit "$junit" || true
     if [ ! -f "$junit" ]; then
         failed=$((failed + 1))
-        note "$1" "ran no test"
+        note "$name" "ran no test"
         return
     fi
-    count "$1" "$junit" "$((SECONDS - start))"
+    count "$name" "$junit" "$((SECONDS - start))"
+}
+
+# Direct3D wants a display, and Wine chooses its driver when its server starts: a server that is still there from before
+# is ended, then the display comes first.
+wine() {
+    local pid display=$ORVANEL_ROOT/build/wine/display
+    WINEPREFIX=$ORVANEL_ROOT/build/wine /usr/lib/wine/wineserver64 -k || true
+    Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp 3>"$display" >/dev/null 2>&1 &
+    pid=$!
+    for _ in {1..50}; do
+        [ -s "$display" ] && break
+        sleep 0.1
+    done
+    DISPLAY=:$(cat "$display") suite wine windows
+    WINEPREFIX=$ORVANEL_ROOT/build/wine /usr/lib/wine/wineserver64 -k || true
+    kill "$pid" && wait "$pid" || true
 }
 
 windows() {
@@ -95,7 +112,7 @@ format() {
 
 purposes=(build host)
 for name in "${selected[@]}"; do
-    case $name in windows) purposes+=(windows) ;; format) purposes+=(checks) ;; esac
+    case $name in windows) purposes+=(windows) ;; wine) purposes+=(windows wine) ;; format) purposes+=(checks) ;; esac
 done
 scripts/setup/packages.sh "${purposes[@]}"
 scripts/setup/python27.sh
@@ -106,8 +123,13 @@ for name in "${selected[@]}"; do
         scripts/setup/python27-windows.sh
         windows
         ;;
+    wine)
+        scripts/setup/python27-windows.sh
+        scripts/setup/wine.sh
+        wine
+        ;;
     format) format ;;
-    *) suite "$name" ;;
+    *) suite "$name" "$name" ;;
     esac
 done
 

@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: MIT
-// Writes pictures of the overlay for people to look at.
+// Pictures of the overlay's golden states.
 //
-//     canvas_preview sheet FILE.png [FRAME.png]    every golden state on black, white and a frame, in one picture
-//     canvas_preview zoom STATE FACTOR FILE.png [FRAME.png]    one state on the three, enlarged
+//     canvas_preview sheet FILE.png [FRAME.png]             all states on black, white and a frame, in one picture
+//     canvas_preview zoom STATE FACTOR FILE.png [FRAME.png] one state on the three, enlarged
+//     canvas_preview golden FOLDER                          the files that tests compare with
+//
+// Without a frame a test pattern of greys and saturated bars stands in.
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <fstream>
+#include <iomanip>
+#include <string>
+#include <vector>
 
+#include "canvas/testing/fingerprint.h"
 #include "canvas/testing/png.h"
 #include "canvas/testing/scenes.h"
 
@@ -16,6 +24,8 @@ namespace {
 
 using canvas::testing::Picture;
 using canvas::testing::Scene;
+
+constexpr std::uint32_t kPaper = 0xFF404040;
 
 Picture blank(int width, int height, std::uint32_t color) {
     return {width, height, std::vector<std::uint32_t>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), color)};
@@ -55,52 +65,72 @@ Picture testPattern() {
     return picture;
 }
 
+int writeZoom(const Scene &scene, int factor, const char *file, const std::array<Picture, 3> &backgrounds) {
+    const Picture overlay = canvas::testing::render(scene);
+    Picture sheet = blank(overlay.width * factor * 3, overlay.height * factor, kPaper);
+    for (int i = 0; i < 3; ++i)
+        place(sheet, overlay, backgrounds[static_cast<std::size_t>(i)], i * overlay.width * factor, 0, factor);
+    return canvas::testing::writePicture(file, sheet) ? 0 : 1;
+}
+
+// Three backgrounds side by side for each state, as many states in a row as fit.
+int writeSheet(const std::vector<Scene> &scenes, const char *file, const std::array<Picture, 3> &backgrounds) {
+    constexpr int kWidth = 1016;
+    constexpr int kGap = 6;
+    Picture sheet = blank(kWidth, 10000, kPaper);
+    int left = kGap;
+    int top = kGap;
+    int rowHeight = 0;
+    for (const Scene &scene : scenes) {
+        const Picture overlay = canvas::testing::render(scene);
+        const int width = 3 * overlay.width + 2;
+        if (left + width + kGap > kWidth && left > kGap) {
+            left = kGap;
+            top += rowHeight + kGap;
+            rowHeight = 0;
+        }
+        for (int i = 0; i < 3; ++i)
+            place(sheet, overlay, backgrounds[static_cast<std::size_t>(i)], left + i * (overlay.width + 1), top, 1);
+        left += width + kGap;
+        rowHeight = std::max(rowHeight, overlay.height);
+    }
+    sheet.height = top + rowHeight + kGap;
+    sheet.pixels.resize(static_cast<std::size_t>(sheet.width) * static_cast<std::size_t>(sheet.height));
+    return canvas::testing::writePicture(file, sheet) ? 0 : 1;
+}
+
+int writeGolden(const std::vector<Scene> &scenes, const std::string &folder) {
+    std::ofstream fingerprints(folder + "/fingerprints.txt");
+    for (const Scene &scene : scenes) {
+        const Picture picture = canvas::testing::render(scene);
+        if (!canvas::testing::writePicture(folder + "/" + scene.name + ".png", picture))
+            return 1;
+        fingerprints << std::hex << std::setw(16) << std::setfill('0') << canvas::testing::fingerprint(picture) << ' '
+                     << scene.name << '\n';
+    }
+    return fingerprints.good() ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
     const std::vector<Scene> scenes = canvas::testing::goldenScenes();
-    const bool zoom = argc >= 5 && std::strcmp(argv[1], "zoom") == 0;
-    const bool sheetOf = argc >= 3 && std::strcmp(argv[1], "sheet") == 0;
-    if (!zoom && !sheetOf) {
-        std::fprintf(stderr, "usage: canvas_preview sheet FILE.png [FRAME.png] | zoom STATE FACTOR FILE.png [FRAME.png]\n");
-        return 2;
-    }
-    const int frameArgument = zoom ? 5 : 3;
-    Picture frame = argc > frameArgument ? canvas::testing::readPicture(argv[frameArgument]) : testPattern();
-    if (frame.pixels.empty())
-        return 1;
-    const Picture backgrounds[] = {blank(1, 1, 0xFF000000), blank(1, 1, 0xFFFFFFFF), std::move(frame)};
-
-    if (zoom) {
-        const auto found = std::find_if(scenes.begin(), scenes.end(), [&](const Scene &scene) { return scene.name.find(argv[2]) != std::string::npos; });
-        if (found == scenes.end())
-            return 1;
-        const int factor = std::max(1, std::atoi(argv[3]));
-        const Picture overlay = canvas::testing::render(*found);
-        Picture sheet = blank(overlay.width * factor * 3, overlay.height * factor, 0xFF404040);
-        for (int i = 0; i < 3; ++i)
-            place(sheet, overlay, backgrounds[i], i * overlay.width * factor, 0, factor);
-        return canvas::testing::writePicture(argv[4], sheet) ? 0 : 1;
-    }
-
-    constexpr int kColumns = 2;
-    constexpr int kGap = 6;
-    std::vector<Picture> pictures;
-    for (const Scene &scene : scenes)
-        pictures.push_back(canvas::testing::render(scene));
-    std::vector<int> tops;
-    int top = kGap;
-    const int cell = 3 * 240 + 4 * kGap;
-    for (std::size_t i = 0; i < pictures.size(); i += kColumns) {
-        tops.push_back(top);
-        int height = 0;
-        for (std::size_t k = i; k < std::min(i + kColumns, pictures.size()); ++k)
-            height = std::max(height, pictures[k].height);
-        top += height + kGap;
-    }
-    Picture sheet = blank(cell * kColumns, top, 0xFF404040);
-    for (std::size_t i = 0; i < pictures.size(); ++i)
-        for (int b = 0; b < 3; ++b)
-            place(sheet, pictures[i], backgrounds[b], static_cast<int>(i % kColumns) * cell + kGap + b * (pictures[i].width + kGap), tops[i / kColumns], 1);
-    return canvas::testing::writePicture(argv[2], sheet) ? 0 : 1;
+    const auto backgrounds = [&](std::size_t argument) {
+        Picture frame = arguments.size() > argument ? canvas::testing::readPicture(arguments[argument]) : testPattern();
+        if (frame.pixels.empty())
+            frame = blank(1, 1, 0xFF808080);
+        return std::array<Picture, 3>{blank(1, 1, 0xFF000000), blank(1, 1, 0xFFFFFFFF), std::move(frame)};
+    };
+    if (arguments.size() >= 2 && arguments[0] == "sheet")
+        return writeSheet(scenes, arguments[1].c_str(), backgrounds(2));
+    if (arguments.size() == 2 && arguments[0] == "golden")
+        return writeGolden(scenes, arguments[1]);
+    if (arguments.size() >= 4 && arguments[0] == "zoom")
+        for (const Scene &scene : scenes)
+            if (scene.name.find(arguments[1]) != std::string::npos)
+                return writeZoom(scene, std::max(1, std::atoi(arguments[2].c_str())), arguments[3].c_str(), backgrounds(4));
+    std::fprintf(stderr, "usage: canvas_preview sheet FILE.png [FRAME.png] | zoom STATE FACTOR FILE.png [FRAME.png] | golden "
+                         "FOLDER\n");
+    return 2;
 }

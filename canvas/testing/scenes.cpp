@@ -2,6 +2,7 @@
 #include "canvas/testing/scenes.h"
 
 #include <cmath>
+#include <cstdlib>
 
 #include "canvas/canvas_component.h"
 #include "platform/com_pointer.h"
@@ -198,6 +199,11 @@ Picture copySurface(OverlayCanvas &canvas, const Scene &scene) {
         picture.pixels.insert(picture.pixels.end(), row, row + part.width);
     }
     return picture;
+}
+
+bool longTests() {
+    const char *const value = std::getenv("ORVANEL_LONG_TESTS");
+    return value && *value == '1';
 }
 
 Picture render(const Scene &scene) {

@@ -63,6 +63,9 @@ struct Picture {
 /// The state's picture from a component that has drawn nothing else.
 Picture render(const Scene &scene);
 
+/// Whether the random tests are to take their time (ORVANEL_LONG_TESTS=1).
+bool longTests();
+
 /// A copy of the surface, or of the part that the scene shows.
 Picture copySurface(OverlayCanvas &canvas, const Scene &scene);
 

@@ -9,8 +9,8 @@
 
 namespace hostkit {
 
-/// Lays the overlay over `frame`. `overlay` is what PrepareKeyframe returns: straight-alpha BGRA of the display's size, rows
-/// without padding; `length` is GetBufferLen. Throws std::invalid_argument when the length is not the frame's.
+/// Lays the overlay over `frame`. `overlay` is what PrepareKeyframe returns: straight-alpha BGRA of the display's size,
+/// rows without padding; `length` is GetBufferLen. Throws std::invalid_argument when the length is not the frame's.
 void compositeOverlay(Image &frame, const BYTE *overlay, std::size_t length);
 
 /// Mixes a colour into what the mask covers. `strength` is 0 (nothing) to 1 (the bare colour).

@@ -22,7 +22,8 @@ constexpr std::uint8_t kBorderColor[3] = {0, 90, 255};
 /// Share of the mask's size that the enlargement shows around it.
 constexpr double kMargin = 0.15;
 
-/// The part of the picture that an enlargement shows: the mask and a margin, in the panel's proportions, inside the picture.
+/// The part of the picture that an enlargement shows: the mask and a margin, in the panel's proportions, inside the
+/// picture.
 PixelRect partAround(const PixelRect &bounds, const Image &picture, double proportion) {
     const double margin = kMargin * std::max(bounds.width, bounds.height);
     double width = bounds.width + 2 * margin;
@@ -34,12 +35,12 @@ PixelRect partAround(const PixelRect &bounds, const Image &picture, double propo
     const int partHeight = std::max(1, static_cast<int>(height * shrink));
     const int left = bounds.left + (bounds.width - partWidth) / 2;
     const int top = bounds.top + (bounds.height - partHeight) / 2;
-    return {std::clamp(left, 0, picture.width() - partWidth), std::clamp(top, 0, picture.height() - partHeight), partWidth,
-            partHeight};
+    return {std::clamp(left, 0, picture.width() - partWidth), std::clamp(top, 0, picture.height() - partHeight),
+            partWidth, partHeight};
 }
 
-/// Draws the line between inside and outside into an enlargement of `part`: every pixel whose source pixel differs from that
-/// of its neighbour above or to the left.
+/// Draws the line between inside and outside into an enlargement of `part`: every pixel whose source pixel differs from
+/// that of its neighbour above or to the left.
 void drawBorder(Image &panel, const Mask &mask, const PixelRect &part) {
     const auto inside = [&](int x, int y) {
         return mask.row(part.top + y * part.height / panel.height())[part.left + x * part.width / panel.width()] != 0;
@@ -100,7 +101,8 @@ Image ContactSheet::compose() const {
     Image sheet(columns * cellWidth + kGap, rows * cellHeight + kGap);
     sheet.fill(kBackground, kBackground, kBackground);
     for (int i = 0; i < count(); ++i)
-        sheet.paste(cells_[static_cast<std::size_t>(i)], kGap + i % columns * cellWidth, kGap + i / columns * cellHeight);
+        sheet.paste(cells_[static_cast<std::size_t>(i)], kGap + i % columns * cellWidth,
+                    kGap + i / columns * cellHeight);
     return sheet;
 }
 

@@ -10,7 +10,8 @@
 namespace hostkit {
 
 /// A grid of labelled frames: each shows the whole frame under its overlay and, beside it, the surroundings of its mask
-/// enlarged with the mask's border drawn in, because the fit of a mask a few pixels wide cannot be judged in a small picture.
+/// enlarged with the mask's border drawn in, because the fit of a mask a few pixels wide cannot be judged in a small
+/// picture.
 class ContactSheet {
   public:
     /// `frameWidth` and `frameHeight` are what a whole frame is shrunk or enlarged to.

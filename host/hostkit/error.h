@@ -6,14 +6,16 @@
 
 namespace hostkit {
 
-/// A file that cannot be read or written, or that is not what it should be. The text is a whole clause that names the file.
-/// Python sees an IOError; wrong arguments are std::invalid_argument and become a ValueError.
+/// A file that cannot be read or written, or that is not what it should be. The text is a whole clause that names the
+/// file. Python sees an IOError; wrong arguments are std::invalid_argument and become a ValueError.
 class MediaError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
 /// A name in single quotes, as all messages show it.
-inline std::string inQuotes(const std::string &name) { return "'" + name + "'"; }
+inline std::string inQuotes(const std::string &name) {
+    return "'" + name + "'";
+}
 
 } // namespace hostkit

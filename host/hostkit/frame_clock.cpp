@@ -17,7 +17,8 @@ FrameClock::FrameClock(int rateNumerator, int rateDenominator, const std::vector
         throw std::invalid_argument("a frame clock needs at least one frame and a positive frame rate");
 
     const auto atRate = [&](std::size_t frame) {
-        return av_rescale_rnd(static_cast<std::int64_t>(frame), kUnitsPerSecond * rateDenominator, rateNumerator, AV_ROUND_UP);
+        return av_rescale_rnd(static_cast<std::int64_t>(frame), kUnitsPerSecond * rateDenominator, rateNumerator,
+                              AV_ROUND_UP);
     };
     const std::int64_t frameLength = atRate(1);
     starts_.reserve(positions.size() + 1);

@@ -6,7 +6,8 @@
 
 namespace hostkit {
 
-/// When each frame of a clip is shown. Times are in the host's unit, 100 nanoseconds, and begin at 0 with the first frame.
+/// When each frame of a clip is shown. Times are in the host's unit, 100 nanoseconds, and begin at 0 with the first
+/// frame.
 ///
 /// A frame's time is the first whole unit that is not earlier than the exact rational time, so the frame number of a
 /// frame's time is that frame for every rate, 30000/1001 included.

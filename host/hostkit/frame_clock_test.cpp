@@ -23,7 +23,8 @@ TEST(FrameClock, FrameNumberOfEveryFramesTimeIsThatFrame) {
         int numerator, denominator;
     } rates[] = {{24, 1}, {25, 1}, {30, 1}, {24000, 1001}, {30000, 1001}, {60000, 1001}, {15, 2}, {1, 1}, {240, 1}};
     for (const auto &rate : rates) {
-        const FrameClock clock(rate.numerator, rate.denominator, millisecondPositions(rate.numerator, rate.denominator, 5000));
+        const FrameClock clock(rate.numerator, rate.denominator,
+                               millisecondPositions(rate.numerator, rate.denominator, 5000));
         ASSERT_TRUE(clock.isConstant());
         for (long long frame = 0; frame < 5000; ++frame) {
             ASSERT_EQ(clock.frameAt(clock.startOf(frame)), frame) << rate.numerator << "/" << rate.denominator;
@@ -35,9 +36,9 @@ TEST(FrameClock, FrameNumberOfEveryFramesTimeIsThatFrame) {
 TEST(FrameClock, TimesAtTwentyNineNinetySeven) {
     const FrameClock clock(30000, 1001, millisecondPositions(30000, 1001, 30001));
     EXPECT_EQ(clock.startOf(0), 0);
-    EXPECT_EQ(clock.startOf(1), 333667);        // 333666.67
-    EXPECT_EQ(clock.startOf(2), 667334);        // 667333.33
-    EXPECT_EQ(clock.startOf(3), 1001000);       // exactly
+    EXPECT_EQ(clock.startOf(1), 333667);          // 333666.67
+    EXPECT_EQ(clock.startOf(2), 667334);          // 667333.33
+    EXPECT_EQ(clock.startOf(3), 1001000);         // exactly
     EXPECT_EQ(clock.startOf(30000), 10010000000); // 1001 s: no drift
     EXPECT_EQ(clock.end(), 10010333667);
 }

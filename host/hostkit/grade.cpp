@@ -2,14 +2,16 @@
 //
 // Exposure and saturation in linear light.
 //
-// Video code values are display-referred: ITU-R BT.1886 with a black level of zero makes the light of a reference display
-// the code's 2.4th power. One stop of exposure doubles that light, which is what a lens does; the same factor on the code
-// values themselves would lift shadows and highlights unevenly. Saturation moves each channel away from or towards the
-// luminance 0.2126 R + 0.7152 G + 0.0722 B of BT.709's primaries. The soft edge of a mask mixes light, not codes, so the
-// seam has no dark fringe. Values outside of the display's range are clipped, per channel, at the very end.
+// Video code values are display-referred: ITU-R BT.1886 with a black level of zero makes the light of a reference
+// display the code's 2.4th power. One stop of exposure doubles that light, which is what a lens does; the same factor
+// on the code values themselves would lift shadows and highlights unevenly. Saturation moves each channel away from or
+// towards the luminance 0.2126 R + 0.7152 G + 0.0722 B of BT.709's primaries. The soft edge of a mask mixes light, not
+// codes, so the seam has no dark fringe. Values outside of the display's range are clipped, per channel, at the very
+// end.
 //
-// Decoding is a table of 256. Encoding looks up the square root of the light in a table fine enough that every code maps
-// to itself: the square root spends the table's entries where the codes are dense (code 1 is 1.7e-6 of full light).
+// Decoding is a table of 256. Encoding looks up the square root of the light in a table fine enough that every code
+// maps to itself: the square root spends the table's entries where the codes are dense (code 1 is 1.7e-6 of full
+// light).
 #include "hostkit/grade.h"
 
 #include <algorithm>

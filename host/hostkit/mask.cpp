@@ -19,7 +19,8 @@ namespace {
 
 constexpr int kLargestSide = 32767;
 
-/// Blurs `count` values that lie `step` bytes apart, through a copy in `line`. Values beyond the ends repeat the last one.
+/// Blurs `count` values that lie `step` bytes apart, through a copy in `line`. Values beyond the ends repeat the last
+/// one.
 void blurLine(std::uint8_t *values, std::size_t count, std::size_t step, int radius, std::vector<std::uint8_t> &line) {
     const std::size_t margin = static_cast<std::size_t>(radius);
     line.resize(count + 2 * margin);
@@ -58,7 +59,8 @@ void Mask::setRuns(const std::vector<MaskRun> &runs) {
     for (std::size_t i = 0; i < runs.size(); ++i) {
         const MaskRun &run = runs[i];
         // Written so that NaN fails too; lround of a finite fraction cannot overflow then.
-        const bool plausible = run.x >= 0 && run.x <= 1 && run.y >= 0 && run.y <= 1 && run.length >= 0 && run.length <= 1;
+        const bool plausible =
+            run.x >= 0 && run.x <= 1 && run.y >= 0 && run.y <= 1 && run.length >= 0 && run.length <= 1;
         const long column = plausible ? toPixel(run.x, width_) : -1;
         const long line = plausible ? toPixel(run.y, height_) : -1;
         const long length = plausible ? toPixel(run.length, width_) : 0;

@@ -32,8 +32,8 @@ class Mask {
     void setRuns(const std::vector<MaskRun> &runs);
     /// Swaps inside and outside.
     void invert();
-    /// Softens the edge: full coverage begins `pixels` inside of it and ends `pixels` outside. `passes` shapes the ramp:
-    /// 1 is a straight one, 2 is smooth at both ends, 3 comes close to a Gaussian. Nothing happens at 0 pixels.
+    /// Softens the edge: full coverage begins `pixels` inside of it and ends `pixels` outside. `passes` shapes the
+    /// ramp: 1 is a straight one, 2 is smooth at both ends, 3 comes close to a Gaussian. Nothing happens at 0 pixels.
     void feather(int pixels, int passes);
 
     /// Smallest rectangle that holds everything covered; all zero when nothing is.

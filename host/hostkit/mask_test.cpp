@@ -11,14 +11,13 @@ namespace {
 
 /// What a run looks like after it went through single precision, as it does on its way from the module.
 MaskRun runOf(int column, int line, int length, int width, int height) {
-    return {static_cast<float>(column) / static_cast<float>(width), static_cast<float>(line) / static_cast<float>(height),
+    return {static_cast<float>(column) / static_cast<float>(width),
+            static_cast<float>(line) / static_cast<float>(height),
             static_cast<float>(length) / static_cast<float>(width)};
 }
 
 TEST(Mask, EveryRunOfEverySizeComesBackToItsPixels) {
-    const struct {
-        int width, height;
-    } sizes[] = {{1, 1}, {3, 7}, {640, 360}, {1921, 1083}, {7681, 13}};
+    const struct { int width, height; } sizes[] = {{1, 1}, {3, 7}, {640, 360}, {1921, 1083}, {7681, 13}};
     for (const auto &size : sizes) {
         Mask mask(size.width, size.height);
         for (int column = 0; column < size.width; column += 1 + size.width / 97) {
@@ -44,7 +43,7 @@ TEST(Mask, RunsOutsideAreRefused) {
     Mask mask(8, 8);
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const MaskRun wrong[] = {{-0.5, 0, 0.5}, {0, 1, 0.5},  {0.75, 0, 0.5},     {kNaN, 0, 0.5},
+    const MaskRun wrong[] = {{-0.5, 0, 0.5}, {0, 1, 0.5},  {0.75, 0, 0.5},    {kNaN, 0, 0.5},
                              {0, kNaN, 0.5}, {0, 0, kNaN}, {0, 0, kInfinity}, {0, 0, -0.5}};
     for (const MaskRun &run : wrong)
         EXPECT_THROW(mask.setRuns({run}), std::invalid_argument);

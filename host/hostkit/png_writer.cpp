@@ -22,6 +22,9 @@ struct CloseFile {
 /// What a picture is for decides how hard zlib works on it.
 enum class Effort : int { Fast = 1, Normal = 6 };
 
+/// zlib's Z_RLE: a mask is nothing but runs.
+constexpr int kRunLengths = 3;
+
 [[noreturn]] void failWriting(const std::string &path, const char *reason) {
     throw MediaError("cannot write " + inQuotes(path) + ": " + reason);
 }
@@ -40,7 +43,8 @@ void keepMessage(png_structp png, png_const_charp message) {
 
 void ignoreWarning(png_structp, png_const_charp) {}
 
-bool writeRows(std::FILE *file, int width, int height, int colorType, Effort effort, png_bytepp rows, PngFailure &failure) {
+bool writeRows(std::FILE *file, int width, int height, int colorType, Effort effort, png_bytepp rows,
+               PngFailure &failure) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure, keepMessage, ignoreWarning);
     png_infop info = png == nullptr ? nullptr : png_create_info_struct(png);
     if (info == nullptr) {
@@ -54,8 +58,10 @@ bool writeRows(std::FILE *file, int width, int height, int colorType, Effort eff
     }
     png_init_io(png, file);
     png_set_compression_level(png, static_cast<int>(effort));
-    if (effort == Effort::Fast)
+    if (effort == Effort::Fast) {
         png_set_filter(png, 0, PNG_FILTER_NONE);
+        png_set_compression_strategy(png, kRunLengths);
+    }
     png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8, colorType,
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_write_info(png, info);

@@ -15,7 +15,9 @@ extern "C" {
 namespace hostkit {
 namespace {
 
-constexpr int kQuality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP;
+/// Without SWS_FULL_CHR_H_INT each colour sample of 4:2:0 video stands for its two pixels of a row. That is four times
+/// faster, and what the grade leaves alone goes back into 4:2:0 as it came instead of softer.
+constexpr int kQuality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP;
 constexpr int kStandardDefinitionHeight = 576;
 
 /// The old formats that mean "full range" by their name, and what they are otherwise.
@@ -64,8 +66,8 @@ void FrameConverter::prepare(const Geometry &geometry) {
         return;
     scaler_.reset(sws_getContext(geometry.sourceWidth, geometry.sourceHeight,
                                  static_cast<AVPixelFormat>(geometry.sourceFormat), geometry.targetWidth,
-                                 geometry.targetHeight, static_cast<AVPixelFormat>(geometry.targetFormat), kQuality, nullptr,
-                                 nullptr, nullptr));
+                                 geometry.targetHeight, static_cast<AVPixelFormat>(geometry.targetFormat), kQuality,
+                                 nullptr, nullptr, nullptr));
     if (!scaler_)
         throw MediaError("the clip's pixel format cannot be converted");
     const int *const matrix = sws_getCoefficients(geometry.colors.matrix);

@@ -49,8 +49,7 @@ const AVCodec *findEncoder(const CodecChoice &choice) {
 void setQuality(AVCodecContext &encoder) {
     constexpr struct {
         const char *name, *value;
-    } kOptions[] = {{"preset", "veryfast"}, {"crf", "18"},      {"deadline", "good"},
-                    {"cpu-used", "5"},      {"row-mt", "1"}};
+    } kOptions[] = {{"preset", "veryfast"}, {"crf", "18"}, {"deadline", "good"}, {"cpu-used", "5"}, {"row-mt", "1"}};
     for (const auto &option : kOptions)
         av_opt_set(encoder.priv_data, option.name, option.value, 0);
     // VP9 takes crf as a quality only when no rate is asked for.
@@ -90,8 +89,8 @@ std::string VideoWriter::fileExtension(const std::string &codec) {
     return choiceOf(codec).extension;
 }
 
-VideoWriter::VideoWriter(const std::string &path, const std::string &codec, int width, int height, const FrameClock &clock,
-                         int pixelAspectNumerator, int pixelAspectDenominator, int colorMatrix)
+VideoWriter::VideoWriter(const std::string &path, const std::string &codec, int width, int height,
+                         const FrameClock &clock, int pixelAspectNumerator, int pixelAspectDenominator, int colorMatrix)
     : path_(path), clock_(clock), frame_(makeFrame()), packet_(makePacket()), width_(width), height_(height) {
     silenceAvLog();
     const CodecChoice &choice = choiceOf(codec);
@@ -177,9 +176,9 @@ void VideoWriter::encode(const AVFrame *frame) {
 
 void VideoWriter::write(const Image &image) {
     if (image.width() != width_ || image.height() != height_)
-        throw std::invalid_argument("a frame of " + std::to_string(image.width()) + "x" + std::to_string(image.height()) +
-                                    " pixels does not fit a video of " + std::to_string(width_) + "x" +
-                                    std::to_string(height_));
+        throw std::invalid_argument("a frame of " + std::to_string(image.width()) + "x" +
+                                    std::to_string(image.height()) + " pixels does not fit a video of " +
+                                    std::to_string(width_) + "x" + std::to_string(height_));
     const long long start = clock_.startOf(frames_);
     if (const int code = av_frame_make_writable(frame_.get()); code < 0)
         fail(code);

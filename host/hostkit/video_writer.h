@@ -27,7 +27,8 @@ class VideoWriter {
                 int pixelAspectNumerator, int pixelAspectDenominator, int colorMatrix);
     ~VideoWriter();
 
-    /// Encodes the next frame. Throws std::invalid_argument for a picture of another size or more frames than the clock has.
+    /// Encodes the next frame. Throws std::invalid_argument for a picture of another size or more frames than the clock
+    /// has.
     void write(const Image &image);
     /// Writes what the encoder still holds and completes the file. Without it the file stays incomplete.
     void finish();

@@ -59,6 +59,9 @@ def main(arguments=None):
     except HostError as error:
         sys.stderr.write('error: %s\n' % error)
         return _EXIT_ERROR
+    except MemoryError:
+        sys.stderr.write('error: not enough memory for pictures of this size\n')
+        return _EXIT_ERROR
     except KeyboardInterrupt:
         sys.stderr.write('error: interrupted, nothing was written\n')
         return _EXIT_INTERRUPTED

@@ -23,9 +23,9 @@ def run(clip, edit_path, out, size, codec):
     """Does the job and returns the summary's text. `size` is (width, height) or None for the clip's own."""
     try:
         return _run(clip, edit_path, out, size, codec)
-    except IOError as error:
-        # What _hostkit reports about a file is a whole sentence already.
-        raise HostError(str(error))
+    except EnvironmentError as error:
+        # What _hostkit reports about a file is a whole sentence already; Python's own errors have parts.
+        raise HostError("cannot write '%s': %s" % (error.filename, error.strerror) if error.filename else str(error))
 
 
 def _run(clip, edit_path, out, size, codec):

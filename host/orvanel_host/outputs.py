@@ -1,10 +1,30 @@
 # SPDX-License-Identifier: MIT
 """Results appear under their final names whole or not at all."""
+import contextlib
 import os
 import shutil
+import signal
 import tempfile
+import threading
 
 from .errors import HostError
+
+
+@contextlib.contextmanager
+def _uninterrupted():
+    """Puts Ctrl-C and a polite kill off until the block is left. Only the main thread gets them, and can do this."""
+    waiting = []
+    previous = {}
+    if threading.current_thread().name == 'MainThread':
+        for number in (signal.SIGINT, signal.SIGTERM):
+            previous[number] = signal.signal(number, lambda *arguments: waiting.append(arguments))
+    try:
+        yield
+    finally:
+        for number, handler in previous.items():
+            signal.signal(number, handler)
+    if waiting:
+        raise KeyboardInterrupt
 
 
 class OutputFolder(object):
@@ -44,11 +64,15 @@ class OutputFolder(object):
 
     def commit(self):
         """Moves everything to its final name. A folder of an earlier run is replaced as a whole."""
-        for name in sorted(os.listdir(self._staging)):
-            final = os.path.join(self.path, name)
-            try:
-                if os.path.isdir(final):
-                    os.rename(final, self.file('replaced-' + name))
-                os.rename(self.file(name), final)
-            except EnvironmentError as error:
-                raise HostError("cannot write '%s': %s" % (final, error.strerror))
+        with _uninterrupted():
+            for name in sorted(os.listdir(self._staging)):
+                self._move_out(name)
+
+    def _move_out(self, name):
+        final = os.path.join(self.path, name)
+        try:
+            if os.path.isdir(final):
+                os.rename(final, self.file('replaced-' + name))
+            os.rename(self.file(name), final)
+        except EnvironmentError as error:
+            raise HostError("cannot write '%s': %s" % (final, error.strerror))

@@ -3,6 +3,7 @@
 import os
 
 from . import hostkit
+from .errors import HostError
 
 # The stages that the module itself accounts for: showing a frame's outline, and turning it into runs.
 MODULE_STAGES = ('prepare', 'convert')
@@ -12,11 +13,14 @@ _REFERENCE_HEIGHT = 720.0
 _SMALLEST_SCALE, _LARGEST_SCALE = 0.5, 4.0
 
 _SHEET_COLUMNS = 4
-_SHEET_FRAME_HEIGHT = 240
+_SHEET_FRAMES = 48
+# The box that a frame of the contact sheet is fitted into.
+_SHEET_FRAME = 800, 240
+_SHEET_SMALLEST_SIDE = 16
 
 
 class Renderer(object):
-    """Goes through the clip once. Reads the selection, never changes it."""
+    """Goes through the clip once, with the preview placed on a display of the pictures' size."""
 
     def __init__(self, reader, preview, grade, stages):
         self._reader = reader
@@ -28,9 +32,6 @@ class Renderer(object):
         self._mask = hostkit.Mask(*self._size)
         self._feather = self._feather_of(self._overlay.GetFeathers())
         self.runs_per_frame = []
-        preview.place(self._size)
-        scale = self._size[1] / _REFERENCE_HEIGHT
-        self._overlay.SetSizeScaler(min(max(scale, _SMALLEST_SCALE), _LARGEST_SCALE))
 
     def _feather_of(self, feathers):
         """Width and shape of the soft edge: the first record's values. The width counts pixels of the clip."""
@@ -41,6 +42,9 @@ class Renderer(object):
 
     def run(self, folder, codec, progress):
         """Writes the videos, the mask pictures and the contact sheet. `progress` is called after each frame."""
+        self._preview.place(self._size)
+        scale = self._size[1] / _REFERENCE_HEIGHT
+        self._overlay.SetSizeScaler(min(max(scale, _SMALLEST_SCALE), _LARGEST_SCALE))
         graded_video = self._writer(folder, 'graded', codec)
         overlay_video = self._writer(folder, 'overlay', codec)
         masks = folder.folder('masks')
@@ -53,7 +57,8 @@ class Renderer(object):
         for number in range(self._preview.clock.frameCount()):
             with stage('read'):
                 if not self._reader.read(frame):
-                    break
+                    raise HostError('the clip ends at frame %d now; it had %d frames a moment ago' % (
+                        number, self._preview.clock.frameCount()))
                 graded.paste(frame, 0, 0)
             with stage('prepare'):
                 buffer = self._preview.seek(number)
@@ -100,18 +105,23 @@ class Renderer(object):
     # --- Contact sheet -------------------------------------------------------------------------------------------
 
     def _sheet_frame(self):
-        width, height = self._size
-        aspect = float(width) * self._reader.pixelAspectNumerator() / (height * self._reader.pixelAspectDenominator())
-        return max(1, int(round(_SHEET_FRAME_HEIGHT * aspect))), _SHEET_FRAME_HEIGHT
+        """Size of a frame on the contact sheet: the clip's shape on the screen, fitted into the box."""
+        width = float(self._size[0]) * self._reader.pixelAspectNumerator() / self._reader.pixelAspectDenominator()
+        scale = min(_SHEET_FRAME[0] / width, _SHEET_FRAME[1] / float(self._size[1]))
+        return tuple(max(_SHEET_SMALLEST_SIDE, int(round(side * scale))) for side in (width, self._size[1]))
 
     def _frames_for_sheet(self):
-        """All keyframes, the frames half way between them, both ends, and a dozen spread over the clip."""
+        """All keyframes, the frames half way between them, both ends, and a dozen spread over the clip; thinned evenly
+        when that is more than a sheet holds."""
         last = self._preview.clock.frameCount() - 1
         keyframes = self._preview.keyframes()
         chosen = set(keyframes) | set([0, last])
         chosen.update((a + b) // 2 for a, b in zip(keyframes, keyframes[1:]))
         chosen.update(last * i // 11 for i in range(12))
-        return chosen
+        chosen = sorted(frame for frame in chosen if 0 <= frame <= last)
+        if len(chosen) > _SHEET_FRAMES:
+            chosen = [chosen[i * (len(chosen) - 1) // (_SHEET_FRAMES - 1)] for i in range(_SHEET_FRAMES)]
+        return frozenset(chosen)
 
     def _label(self, number, keyframes):
         seconds = self._preview.clock.startOf(number) / float(hostkit.FrameClock.kUnitsPerSecond)

@@ -31,7 +31,7 @@ class Replay(object):
 
     def step(self, gesture):
         try:
-            getattr(self, '_' + gesture.kind.replace('-', '_'))(**_arguments(gesture.fields))
+            getattr(self, 'do_' + gesture.kind.replace('-', '_'))(**_arguments(gesture.fields))
         except EditError as error:
             raise EditError("edit '%s': gestures[%d] (%s): %s" % (self._edit.name, gesture.index, gesture.kind, error))
 
@@ -96,29 +96,29 @@ class Replay(object):
 
     # --- Gestures: one method a kind -----------------------------------------------------------------------------
 
-    def _seek(self, moment):
+    def do_seek(self, moment):
         clock = self._preview.clock
         if moment.frame is not None:
             frame = moment.frame
         elif moment.seconds is not None:
-            frame = clock.frameAt(int(moment.seconds * hostkit.FrameClock.kUnitsPerSecond))
+            frame = clock.frameAt(int(round(moment.seconds * hostkit.FrameClock.kUnitsPerSecond)))
         else:
             frame = int(round(moment.fraction * (clock.frameCount() - 1)))
         if frame >= clock.frameCount():
             raise EditError("frame %d lies beyond the clip's last frame %d" % (frame, clock.frameCount() - 1))
         self._preview.seek(frame)
 
-    def _zoom(self, factor, center):
+    def do_zoom(self, factor, center):
         self._preview.zoom(factor, center)
 
-    def _draw(self, points, shift):
+    def do_draw(self, points, shift):
         for place in points:
             before = len(self._preview.points())
             self._preview.click(self._pixels(place), shift)
             if len(self._preview.points()) <= before:
                 raise EditError('the outline is closed: nothing can be drawn any more')
 
-    def _close(self):
+    def do_close(self):
         points = self._preview.points()
         if not points or self._overlay.IsMask():
             raise EditError('there is no open outline')
@@ -126,12 +126,12 @@ class Replay(object):
         if not self._overlay.IsMask():
             raise EditError('an outline needs three anchors before it can be closed')
 
-    def _pick(self, at):
+    def do_pick(self, at):
         position = self._pixels(at)
         self._hover_point(position)
         self._preview.click(position)
 
-    def _drag(self, start, to, shift):
+    def do_drag(self, start, to, shift):
         start_position, end_position = self._pixels(start), self._pixels(to)
         index = None if start.anchor is None else self._index(start)
         with self._preview.gesture():
@@ -141,7 +141,7 @@ class Replay(object):
             self._preview.release(end_position)
         self._require_landing(start, index, end_position)
 
-    def _insert(self, at, to):
+    def do_insert(self, at, to):
         start, end = self._pixels(at), self._pixels(to or at)
         with self._preview.gesture():
             self._preview.hover(start)
@@ -152,7 +152,7 @@ class Replay(object):
                 self._preview.drag(start, end)
             self._preview.release(end)
 
-    def _rubber_band(self, start, to):
+    def do_rubber_band(self, start, to):
         start_position, end_position = self._pixels(start), self._pixels(to)
         self._hover_nothing(start_position)
         self._preview.press(start_position)
@@ -161,44 +161,44 @@ class Replay(object):
         if not self._overlay.IsAnyPointSelected():
             raise EditError('no anchor lies inside of the rubber band')
 
-    def _deselect(self, at):
+    def do_deselect(self, at):
         position = self._pixels(at)
         self._hover_nothing(position)
         self._preview.click(position)
 
-    def _select_all(self):
+    def do_select_all(self):
         self._overlay.SelectAllPoints()
 
-    def _nudge(self, by):
+    def do_nudge(self, by):
         with self._preview.gesture():
             self._overlay.MoveAllPoints(*self._offset(by))
 
-    def _delete(self):
+    def do_delete(self):
         self._preview.delete()
 
-    def _delete_last(self):
+    def do_delete_last(self):
         self._preview.delete_last()
 
-    def _keyframe(self):
+    def do_keyframe(self):
         if not self._overlay.IsMask():
             raise EditError('an outline has to be closed before it can be a keyframe')
         self._preview.store_keyframe()
 
-    def _remove_keyframe(self):
+    def do_remove_keyframe(self):
         if self._preview.frame not in self._preview.keyframes():
             raise EditError('frame %d is not a keyframe' % self._preview.frame)
         with self._preview.gesture():
             self._overlay.RemoveSpecificKeyFrame(self._preview.clock.startOf(self._preview.frame))
 
-    def _invert(self, on):
+    def do_invert(self, on):
         with self._preview.gesture():
             self._overlay.SetInverse(on)
 
-    def _undo(self):
+    def do_undo(self):
         if not self._preview.undo():
             raise EditError('there is nothing to undo')
 
-    def _redo(self):
+    def do_redo(self):
         if not self._preview.redo():
             raise EditError('there is nothing to redo')
 

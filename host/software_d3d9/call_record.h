@@ -22,8 +22,8 @@ struct Flags {
 /// What a device was asked, which calls it is to refuse, and where its caller broke the rules. Thread-safe.
 ///
 /// A call is one line: the object unless it is the device, the method, and its arguments without the out-pointers, as
-/// in "CreateTexture(64, 32, 1, 0x200, 21, 2)" and "texture 1: GetSurfaceLevel(0)". Of reference counting only the end is
-/// recorded: "texture 1 is released".
+/// in "CreateTexture(64, 32, 1, 0x200, 21, 2)" and "texture 1: GetSurfaceLevel(0)". Of reference counting only the end
+/// is recorded: "texture 1 is released".
 class CallRecord {
   public:
     /// Starts or ends recording; recording starts with an empty list.

@@ -19,11 +19,8 @@ void destroyOrvanel(Disowned<Orvanel> self) {
         self.pointee->DestroyWhenUnused();
 }
 
-/// The one function whose result tells nothing of a failure: None, or null with an error pending.
-PyObject *registerOrvanelClass(PyObject *proxyClass) {
-    if (!registerProxyClass(proxyClass))
-        return nullptr;
-    Py_RETURN_NONE;
+Outcome registerOrvanelClass(PyObject *proxyClass) {
+    return {registerProxyClass(proxyClass)};
 }
 
 // Functions that are still to come.

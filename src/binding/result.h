@@ -21,6 +21,17 @@ struct Owned {
     std::unique_ptr<T> pointee;
 };
 
+/// Nothing, or the Python error that is pending.
+struct Outcome {
+    bool succeeded;
+};
+
+inline PyObject *toPython(Outcome outcome) {
+    if (!outcome.succeeded)
+        return nullptr;
+    Py_RETURN_NONE;
+}
+
 inline PyObject *toPython(bool value) {
     return PyBool_FromLong(value);
 }

@@ -62,7 +62,7 @@ struct Signature<NotBuilt<Function>> : Signature<Function> {};
 
 template <typename T>
 constexpr ResultShape resultShape() {
-    if constexpr (std::is_void_v<T>)
+    if constexpr (std::is_void_v<T> || std::is_same_v<T, Outcome>)
         return {ResultKind::Nothing};
     else if constexpr (std::is_same_v<T, bool>)
         return {ResultKind::Bool};

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "mask/crossings.h"
 
+#include <algorithm>
 #include <bit>
+#include <cstdlib>
 
 #include "mask/edge_steps.h"
 
@@ -20,112 +22,113 @@ namespace {
 
 constexpr std::size_t kEventBits = 64;
 
-std::int32_t clampRow(std::int32_t row, RowRange rows) {
-    return std::clamp(row, rows.first, rows.end);
+/// Whether value and step are exact for the edge, or for every edge within the box.
+bool fitsSteps(FixedPoint a, FixedPoint b) {
+    return std::abs(a.x) <= kSteppedX && std::abs(b.x) <= kSteppedX && std::abs(b.y - a.y) <= kSteppedHeight;
 }
 
 } // namespace
 
-RowRange touchedRows(const VertexBuffer &polyline, std::int32_t height) {
-    if (polyline.empty())
-        return {0, 0};
-    std::int32_t low = polyline[0].y;
-    std::int32_t high = low;
-    for (const FixedPoint &vertex : polyline) {
-        low = std::min(low, vertex.y);
-        high = std::max(high, vertex.y);
-    }
-    return {std::clamp(rowAtOrBelow(low), 0, height), std::clamp(rowAtOrBelow(high), 0, height)};
+void closePolyline(VertexBuffer &polyline) {
+    // Once as a vertex, and as often again as edges are computed beyond the last.
+    FixedPoint *end = polyline.room(1 + kEdgesAtOnce);
+    std::fill_n(end, 1 + kEdgesAtOnce, polyline[0]);
+    polyline.setEnd(end + 1);
 }
 
-void CrossingTable::build(const VertexBuffer &polyline, RowRange rows, std::int32_t width) {
+FixedBox boxOf(const VertexBuffer &polyline) {
+    FixedBox box{polyline[0], polyline[0]};
+    for (const FixedPoint &vertex : polyline) {
+        box.low.x = std::min(box.low.x, vertex.x);
+        box.low.y = std::min(box.low.y, vertex.y);
+        box.high.x = std::max(box.high.x, vertex.x);
+        box.high.y = std::max(box.high.y, vertex.y);
+    }
+    return box;
+}
+
+RowRange touchedRows(const FixedBox &box, std::int32_t height) {
+    return {std::clamp(rowAtOrBelow(box.low.y), 0, height), std::clamp(rowAtOrBelow(box.high.y), 0, height)};
+}
+
+void CrossingTable::build(const VertexBuffer &polyline, const FixedBox &box, RowRange rows, std::int32_t width) {
     m_rows = rows;
     m_chains.clear();
+    m_crossings.clear();
     const auto rowCount = static_cast<std::size_t>(rows.end - rows.first);
-    m_firstAt.resize(rowCount);
-    std::fill(m_firstAt.begin(), m_firstAt.end(), -1);
+    m_firstAt.resize(rowCount + 1);
+    m_firstAt[0] = -1; // the sweep starts here, event or not
     m_events.resize(rowCount / kEventBits + 1);
     std::fill(m_events.begin(), m_events.end(), 0);
 
-    std::size_t count = 0;
-    std::int32_t low = 0;
-    std::int32_t high = 0;
-    const FixedPoint *previous = &polyline.back();
-    for (const FixedPoint &vertex : polyline) {
-        count += static_cast<std::size_t>(
-            std::abs(clampRow(rowAtOrBelow(vertex.y), rows) - clampRow(rowAtOrBelow(previous->y), rows)));
-        low = std::min(low, vertex.x);
-        high = std::max(high, vertex.x);
-        previous = &vertex;
-    }
-    m_crossings.resize(count);
-    if (low < 0 || high > static_cast<std::int64_t>(width) * kUnitsPerPixel)
-        trace<true>(polyline, width);
-    else
-        trace<false>(polyline, width);
+    trace(polyline, fitsSteps(box.low, box.high));
+    if (box.low.x < 0 || box.high.x > static_cast<std::int64_t>(width) * kUnitsPerPixel)
+        clampColumns(width);
 }
 
-template <bool kClamp>
-void CrossingTable::trace(const VertexBuffer &polyline, std::int32_t width) {
-    std::int32_t *front = m_crossings.begin();
-    std::int32_t *back = m_crossings.end();
-    Chain chain{{0, 0}, 0, -1};
-    bool down = false;
-    FixedPoint from = polyline.back();
-    std::int32_t fromRow = clampRow(rowAtOrBelow(from.y), m_rows);
-    for (const FixedPoint &to : polyline) {
-        const std::int32_t toRow = clampRow(rowAtOrBelow(to.y), m_rows);
-        if (toRow != fromRow) {
-            const bool turned = chain.rows.empty() || down != (toRow > fromRow);
-            if (turned) {
-                closeChain(chain);
-                down = toRow > fromRow;
-                chain.rows = {fromRow, fromRow};
-            }
-            const std::int32_t count = std::abs(toRow - fromRow);
-            std::int32_t *out;
-            if (down) {
-                out = front;
-                front += count;
-                chain.rows.end = toRow;
-                chain.offset = front - m_crossings.begin() - toRow;
-            } else {
-                back -= count;
-                out = back;
-                chain.rows.first = toRow;
-                chain.offset = back - m_crossings.begin() - toRow;
-            }
-            const auto store = [=](std::int32_t i, std::int64_t column) {
-                if constexpr (kClamp)
-                    column = std::clamp<std::int64_t>(column, 0, width);
-                out[i] = static_cast<std::int32_t>(column);
-            };
-            const DownwardEdge edge = down ? DownwardEdge{from, to} : DownwardEdge{to, from};
-            const std::int32_t firstRow = std::min(fromRow, toRow);
-            if (fitsFastSteps(edge))
-                fastSteps(edge, firstRow, count, store);
-            else
-                exactSteps(edge, firstRow, count, store);
+void CrossingTable::clampColumns(std::int32_t width) {
+    for (std::int32_t &column : m_crossings)
+        column = std::clamp(column, 0, width);
+}
+
+void CrossingTable::trace(const VertexBuffer &polyline, bool fast) {
+    const std::size_t edges = polyline.size() - 1;
+    computeEdgeStarts(polyline.data(), polyline.size(), m_rows, m_starts);
+    // The loop works on copies: its stores could be to anything, as far as the compiler knows.
+    const FixedPoint *vertices = polyline.data();
+    const std::int32_t *rows = m_starts.rows.data();
+    const std::uint64_t *values = m_starts.values.data();
+    const std::uint64_t *steps = m_starts.steps.data();
+    std::int32_t *out = m_crossings.room(kStepBlock);
+    std::ptrdiff_t left = static_cast<std::ptrdiff_t>(m_crossings.capacity());
+    Chain chain{{0, 0}, -1, 0, 0};
+    for (std::size_t i = 0; i < edges; ++i) {
+        const std::int32_t fromRow = rows[i];
+        const std::int32_t toRow = rows[i + 1];
+        if (toRow == fromRow)
+            continue;
+        const std::int32_t mirror = toRow > fromRow ? 0 : -1;
+        const std::int32_t count = std::abs(toRow - fromRow);
+        const std::int32_t firstRow = fromRow + mirror; // upwards the row before the one that is next downwards
+        if (chain.rows.empty() || chain.mirror != mirror) {
+            closeChain(chain);
+            chain = {{fromRow, fromRow}, -1, mirror, out - m_crossings.data() - (firstRow ^ mirror)};
         }
-        from = to;
-        fromRow = toRow;
+        (mirror ? chain.rows.first : chain.rows.end) = toRow;
+        if (left < count + kStepBlock) {
+            m_crossings.setEnd(out);
+            out = m_crossings.room(static_cast<std::size_t>(count) + kStepBlock);
+            left = static_cast<std::ptrdiff_t>(m_crossings.capacity() - m_crossings.size());
+        }
+        if (fast || fitsSteps(vertices[i], vertices[i + 1]))
+            stepFixed(values[i], steps[i], count, out);
+        else
+            stepExactly({vertices[i], vertices[i + 1], firstRow, count}, out);
+        out += count;
+        left -= count;
     }
+    m_crossings.setEnd(out);
     closeChain(chain);
 }
 
-void CrossingTable::closeChain(const Chain &chain) {
+void CrossingTable::closeChain(Chain chain) {
     if (chain.rows.empty())
         return;
-    std::int32_t &first = m_firstAt[static_cast<std::size_t>(chain.rows.first - m_rows.first)];
-    m_chains.push_back({chain.rows, chain.offset, first});
-    first = static_cast<std::int32_t>(m_chains.size() - 1);
     markEvent(chain.rows.first);
     markEvent(chain.rows.end);
+    std::int32_t &first = m_firstAt[static_cast<std::size_t>(chain.rows.first - m_rows.first)];
+    chain.next = first;
+    first = static_cast<std::int32_t>(m_chains.size());
+    m_chains.push_back(chain);
 }
 
+/// The list of a row counts from its first event on.
 void CrossingTable::markEvent(std::int32_t row) {
     const auto bit = static_cast<std::size_t>(row - m_rows.first);
-    m_events[bit / kEventBits] |= std::uint64_t{1} << bit % kEventBits;
+    const std::uint64_t mask = std::uint64_t{1} << bit % kEventBits;
+    if ((m_events[bit / kEventBits] & mask) == 0)
+        m_firstAt[bit] = -1;
+    m_events[bit / kEventBits] |= mask;
 }
 
 std::int32_t CrossingTable::nextEvent(std::int32_t row) const {

@@ -6,40 +6,54 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "mask/edge_starts.h"
 #include "mask/flatten.h"
 #include "mask/pod_buffer.h"
 
 namespace Quill {
 
-/// Rows first to end - 1.
-struct RowRange {
-    std::int32_t first;
-    std::int32_t end;
-
-    bool empty() const { return first >= end; }
+/// Smallest box around the vertices, units, edges included.
+struct FixedBox {
+    FixedPoint low;
+    FixedPoint high;
 };
 
-/// A maximal stretch of the polyline that keeps going down, or up: exactly one crossing on each of its rows.
+/// Appends the start of a polyline that is not empty to its end, where the table expects it.
+void closePolyline(VertexBuffer &polyline);
+
+/// Box of a polyline that is not empty.
+FixedBox boxOf(const VertexBuffer &polyline);
+
+/// Rows of 0 .. height - 1 that something within the box can touch.
+RowRange touchedRows(const FixedBox &box, std::int32_t height);
+
+/// A maximal stretch of the polyline that keeps going down, or up: exactly one crossing on each of its rows, stored in
+/// order of travel.
 struct Chain {
     RowRange rows;
-    std::ptrdiff_t offset; ///< the crossing of row r is crossing number offset + r
-    std::int32_t next;     ///< next chain that starts on the same row, or -1
-};
+    std::int32_t next;   ///< next chain that starts on the same row, or -1
+    std::int32_t mirror; ///< 0 downwards, -1 upwards
+    std::ptrdiff_t offset;
 
-/// Rows of 0 .. height - 1 that the polyline touches.
-RowRange touchedRows(const VertexBuffer &polyline, std::int32_t height);
+    /// Where the crossing of a row is stored. Upwards that is offset - 1 - row.
+    std::ptrdiff_t indexOf(std::int32_t row) const { return offset + (row ^ mirror); }
+    std::ptrdiff_t stride() const { return mirror | 1; }
+};
 
 class CrossingTable {
   public:
-    /// Replaces the table by the crossings of the closed polyline with these rows, as columns clamped to 0 .. width:
-    /// the first pixel right of or on the edge.
-    void build(const VertexBuffer &polyline, RowRange rows, std::int32_t width);
+    /// Replaces the table by the crossings of the closed polyline, whose box is given, with these rows, as columns
+    /// clamped to 0 .. width: the first pixel right of or on the edge.
+    /// The polyline ends as closePolyline() left it.
+    void build(const VertexBuffer &polyline, const FixedBox &box, RowRange rows, std::int32_t width);
 
     RowRange rows() const { return m_rows; }
-    const Chain &chain(std::int32_t index) const { return m_chains[static_cast<std::size_t>(index)]; }
+    const Chain *chains() const { return m_chains.data(); }
+    std::size_t chainCount() const { return m_chains.size(); }
     const std::int32_t *crossings() const { return m_crossings.data(); }
 
-    /// First of the chains that start on this row, or -1.
+    /// First of the chains that start on this row, or -1. Of rows on which nothing starts only those count that
+    /// nextEvent() returns.
     std::int32_t firstChainAt(std::int32_t row) const {
         return m_firstAt[static_cast<std::size_t>(row - m_rows.first)];
     }
@@ -47,17 +61,15 @@ class CrossingTable {
     /// The first row after `row` on which a chain starts or ends, or the end of the range.
     std::int32_t nextEvent(std::int32_t row) const;
 
-    /// Largest number of chains that can be active on one row.
-    std::size_t chainCount() const { return m_chains.size(); }
-
   private:
-    template <bool kClamp>
-    void trace(const VertexBuffer &polyline, std::int32_t width);
-    void closeChain(const Chain &chain);
+    void trace(const VertexBuffer &polyline, bool fast);
+    void clampColumns(std::int32_t width);
+    void closeChain(Chain chain);
     void markEvent(std::int32_t row);
 
     RowRange m_rows{0, 0};
-    PodBuffer<std::int32_t> m_crossings; // chains that go down from the front, chains that go up from the back
+    EdgeStarts m_starts;
+    PodBuffer<std::int32_t> m_crossings;
     PodBuffer<Chain> m_chains;
     PodBuffer<std::int32_t> m_firstAt;
     PodBuffer<std::uint64_t> m_events; // one bit a row

@@ -1,73 +1,59 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The crossings of one edge with consecutive rows, exactly.
-//
-// Row y (sampled at exactly y, no half-pixel offset) is crossed at c = x0 + (16 y - y0) dx / dy units, and the first
-// pixel inside is column ceil(c / 16). Two ways to the same integers:
-//
-// - `exactColumn` and a remainder that is carried from row to row, in integers, for any edge.
-// - a 24.40 fixed-point value with a constant step, for edges that are short enough. It is biased so that the column is
-//   its integer part: c / 16 is a multiple of 1 / (16 dy), so adding 1 - 1 / (32 dy) before taking the floor gives the
-//   ceiling and leaves 1 / (32 dy) of room for error on either side. With |x| <= 2^22 units and dy <= 2^16 units
-//   (4096 rows) that room is 2^19 of 2^-40 pixel; rounding in the set-up and in the steps stays below 2^14.
+// The columns of one edge on consecutive rows, in order of travel: downwards from its first row on, upwards from its
+// last row back. Either way exactly ceil(crossing).
 
-#include <algorithm>
 #include <cstdint>
 
-#include "mask/flatten.h"
+#include "mask/edge_starts.h"
+#include "mask/lanes.h"
 
 namespace Quill {
 
-/// First row at or below a vertical position in units.
-constexpr std::int32_t rowAtOrBelow(std::int32_t y) {
-    return (y + kUnitsPerPixel - 1) >> 4;
+/// stepFixed writes whole blocks: this many columns beyond the last may be overwritten.
+inline constexpr std::int32_t kStepBlock = 16;
+
+/// From a 32.32 value and step (see edge_starts.h). Most edges are shorter than a block: one round, and no loop whose
+/// length the processor has to guess.
+template <typename Rows = lanes::FixedRows>
+void stepFixed(std::uint64_t value, std::uint64_t step, std::int32_t count, std::int32_t *out) {
+    Rows rows(value, step);
+    do {
+        for (std::int32_t i = 0; i < kStepBlock; i += 4, out += 4) {
+            rows.storeIntegers(out);
+            rows.advance();
+        }
+        count -= kStepBlock;
+    } while (count > 0);
 }
 
-/// An edge whose first end is the upper one: first.y < second.y.
-struct DownwardEdge {
-    FixedPoint first;
-    FixedPoint second;
+/// `count` rows of an edge, starting with `row`, going down or up.
+struct EdgeRows {
+    FixedPoint from;
+    FixedPoint to;
+    std::int32_t row;
+    std::int32_t count;
 };
 
-inline bool fitsFastSteps(const DownwardEdge &edge) {
-    constexpr std::int32_t kMaxX = 1 << 22;
-    constexpr std::int32_t kMaxHeight = 1 << 16;
-    return edge.second.y - edge.first.y <= kMaxHeight && edge.first.x >= -kMaxX && edge.first.x <= kMaxX &&
-           edge.second.x >= -kMaxX && edge.second.x <= kMaxX;
-}
-
-/// Writes the columns of `count` rows from `row` on. Needs fitsFastSteps, and rows that the edge crosses.
-template <typename Store>
-void fastSteps(const DownwardEdge &edge, std::int32_t row, std::int32_t count, Store store) {
-    constexpr int kFraction = 40;
-    constexpr double kOnePixel = static_cast<double>(std::int64_t{1} << kFraction);
-    constexpr double kOneUnit = kOnePixel / kUnitsPerPixel;
-    const double inverseHeight = 1.0 / (edge.second.y - edge.first.y);
-    const double slope = (edge.second.x - edge.first.x) * inverseHeight;
-    const double crossing = edge.first.x + (kUnitsPerPixel * row - edge.first.y) * slope;
-    const double bias = kOnePixel - kOnePixel / 32 * inverseHeight;
-    std::int64_t value = static_cast<std::int64_t>(crossing * kOneUnit + bias);
-    const std::int64_t step = static_cast<std::int64_t>(slope * kOnePixel);
-    for (std::int32_t i = 0; i < count; ++i, value += step)
-        store(i, value >> kFraction);
-}
-
-/// The same for any edge within kMaxPixelCoordinate. Largest product: 2^56.
-template <typename Store>
-void exactSteps(const DownwardEdge &edge, std::int32_t row, std::int32_t count, Store store) {
+/// Column and remainder carried from row to row, in integers, for any edge within kMaxPixelCoordinate. Largest product:
+/// 2^56.
+inline void stepExactly(const EdgeRows &edge, std::int32_t *out) {
     const auto floorDivide = [](std::int64_t a, std::int64_t b) { return a / b - (a % b < 0); };
-    const std::int64_t dx = edge.second.x - edge.first.x;
-    const std::int64_t dy = edge.second.y - edge.first.y;
+    // Upwards, the edge is mirrored at the x axis: rows change their sign and nothing else does.
+    const std::int64_t direction = edge.to.y > edge.from.y ? 1 : -1;
+    const std::int64_t dx = std::int64_t{edge.to.x} - edge.from.x;
+    const std::int64_t dy = direction * (std::int64_t{edge.to.y} - edge.from.y);
+    const std::int64_t ahead = direction * (std::int64_t{kUnitsPerPixel} * edge.row - edge.from.y);
     const std::int64_t divisor = kUnitsPerPixel * dy;
-    const std::int64_t numerator = edge.first.x * dy + (std::int64_t{kUnitsPerPixel} * row - edge.first.y) * dx;
+    const std::int64_t numerator = edge.from.x * dy + ahead * dx;
     // numerator = column * divisor + remainder with -divisor < remainder <= 0
     std::int64_t column = -floorDivide(-numerator, divisor);
     std::int64_t remainder = numerator - column * divisor;
     const std::int64_t quotient = floorDivide(dx, dy);
     const std::int64_t rest = kUnitsPerPixel * (dx - quotient * dy);
-    for (std::int32_t i = 0; i < count; ++i) {
-        store(i, column);
+    for (std::int32_t i = 0; i < edge.count; ++i) {
+        out[i] = static_cast<std::int32_t>(column);
         column += quotient;
         remainder += rest;
         if (remainder > 0) {

@@ -4,6 +4,9 @@
 #include <memory>
 
 #include "mask/fill.h"
+#include "mask/filter_sink.h"
+#include "mask/fraction_sink.h"
+#include "mask/run_sinks.h"
 #include "mask/surface_scan.h"
 
 namespace Quill {
@@ -21,7 +24,7 @@ void encodeDirect(RasterScratch &scratch, const EncodeJob &job, Sink &sink) {
         sweepPolyline(scratch, columns, job.height, sink);
         return;
     }
-    FilterSink filter(sink, job.invert, job.exclusion, job.width, columns);
+    FilterSink filter(sink, {job.invert, job.exclusion, job.width, columns});
     sweepPolyline(scratch, columns, job.height, filter);
 }
 

@@ -10,7 +10,6 @@
 #include <cstdint>
 
 #include "mask/raster_engine.h"
-#include "mask/run_sinks.h"
 #include "mask/scratch.h"
 
 namespace Quill {

@@ -27,24 +27,36 @@ constexpr auto kFillPattern = [] {
 /// Writes the fill colour on a cleared surface.
 class SurfaceSink {
   public:
+    class Cursor {
+      public:
+        explicit Cursor(const MaskSurface &surface) : m_surface(surface) {}
+
+        void beginRow(std::int32_t row) {
+            m_row = m_surface.bits + static_cast<std::ptrdiff_t>(row) * m_surface.stride;
+        }
+        void span(std::int32_t first, std::int32_t end) {
+            std::uint8_t *out = m_row + static_cast<std::ptrdiff_t>(first) * kBytesPerPixel;
+            auto left = static_cast<std::size_t>(end - first) * kBytesPerPixel;
+            for (; left > kFillPattern.size(); left -= kFillPattern.size(), out += kFillPattern.size())
+                std::memcpy(out, kFillPattern.data(), kFillPattern.size());
+            std::memcpy(out, kFillPattern.data(), left);
+        }
+        void spanOrNone(std::int32_t first, std::int32_t end) { span(first, end); }
+        void endRow() {}
+
+      private:
+        MaskSurface m_surface;
+        std::uint8_t *m_row = nullptr;
+    };
+
     explicit SurfaceSink(const MaskSurface &surface) : m_surface(surface) {}
 
     void emptyRows(RowRange) {}
-    void beginRow(std::int32_t row, std::size_t) {
-        m_row = m_surface.bits + static_cast<std::ptrdiff_t>(row) * m_surface.stride;
-    }
-    void span(std::int32_t first, std::int32_t end) {
-        std::uint8_t *out = m_row + static_cast<std::ptrdiff_t>(first) * kBytesPerPixel;
-        auto left = static_cast<std::size_t>(end - first) * kBytesPerPixel;
-        for (; left > kFillPattern.size(); left -= kFillPattern.size(), out += kFillPattern.size())
-            std::memcpy(out, kFillPattern.data(), kFillPattern.size());
-        std::memcpy(out, kFillPattern.data(), left);
-    }
-    void endRow() {}
+    Cursor open(std::size_t, std::size_t) { return Cursor(m_surface); }
+    void close(const Cursor &) {}
 
   private:
     const MaskSurface &m_surface;
-    std::uint8_t *m_row = nullptr;
 };
 
 /// The bytes between a row's last pixel and the next row are nobody's pixels and stay as they are.

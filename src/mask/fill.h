@@ -28,12 +28,18 @@ template <typename Sink>
 void sweepPolyline(RasterScratch &scratch, std::int32_t width, std::int32_t height, Sink &sink) {
     if (height <= 0)
         return;
-    const RowRange touched = touchedRows(scratch.polyline, height);
+    if (scratch.polyline.empty()) {
+        sink.emptyRows({0, height});
+        return;
+    }
+    closePolyline(scratch.polyline);
+    const FixedBox box = boxOf(scratch.polyline);
+    const RowRange touched = touchedRows(box, height);
     sink.emptyRows({0, touched.first});
-    const auto bandRows = static_cast<std::int32_t>(std::clamp<std::size_t>(
-        kCrossingsPerBand / (scratch.polyline.size() + 1), 1, static_cast<std::size_t>(height)));
+    const auto bandRows = static_cast<std::int32_t>(
+        std::clamp<std::size_t>(kCrossingsPerBand / scratch.polyline.size(), 1, static_cast<std::size_t>(height)));
     for (std::int32_t first = touched.first; first < touched.end; first += bandRows) {
-        scratch.table.build(scratch.polyline, {first, std::min(touched.end - first, bandRows) + first}, width);
+        scratch.table.build(scratch.polyline, box, {first, std::min(touched.end - first, bandRows) + first}, width);
         sweep(scratch.table, scratch.active, sink);
     }
     sink.emptyRows({touched.end, height});

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "mask/lanes.h"
+
 // Hybrid forward differencing (Lien, Shantz and Pratt, SIGGRAPH 1987): the curve is stepped by forward differences, and
 // the step is halved or doubled on the way as the local error asks, so that flat stretches cost few vertices and tight
 // ones get many. The basis, per axis, with control points p0..p3 and a unit step:
@@ -38,24 +40,26 @@ constexpr std::int32_t kShortExtent = 16367;
 struct Extent {
     std::int64_t low;
     std::int64_t high;
+
+    /// Whether this, grown by one pixel, lies wholly off 0 .. `pixels`. Arguments in units.
+    bool misses(std::int32_t pixels) const {
+        return low - kUnitsPerPixel >= static_cast<std::int64_t>(pixels) * kUnitsPerPixel || high + kUnitsPerPixel <= 0;
+    }
 };
 
-Extent extentOf(const CubicControls &p, std::int32_t FixedPoint::*axis) {
-    return {std::min({p[0].*axis, p[1].*axis, p[2].*axis, p[3].*axis}),
-            std::max({p[0].*axis, p[1].*axis, p[2].*axis, p[3].*axis})};
+inline Extent extentOf(std::int32_t a, std::int32_t b, std::int32_t c, std::int32_t d) {
+    return {std::min(std::min(a, b), std::min(c, d)), std::max(std::max(a, b), std::max(c, d))};
 }
 
-Extent extentOf(const std::array<std::int64_t, 4> &v, std::int64_t origin) {
-    return {std::min({v[0], v[1], v[2], v[3]}) + origin, std::max({v[0], v[1], v[2], v[3]}) + origin};
+inline Extent extentOfX(const CubicControls &p) {
+    return extentOf(p[0].x, p[1].x, p[2].x, p[3].x);
+}
+inline Extent extentOfY(const CubicControls &p) {
+    return extentOf(p[0].y, p[1].y, p[2].y, p[3].y);
 }
 
-/// Whether the box, grown by one pixel, lies wholly off the surface. Arguments in units.
-bool isOutside(const Extent &x, const Extent &y, const FlattenClip &clip) {
-    const auto misses = [](const Extent &extent, std::int32_t pixels) {
-        return extent.low - kUnitsPerPixel >= static_cast<std::int64_t>(pixels) * kUnitsPerPixel ||
-               extent.high + kUnitsPerPixel <= 0;
-    };
-    return misses(x, clip.width) || misses(y, clip.height);
+inline bool isOutside(const CubicControls &p, const FlattenClip &clip) {
+    return extentOfX(p).misses(clip.width) || extentOfY(p).misses(clip.height);
 }
 
 // --- 32 bits --------------------------------------------------------------------------------------------------------
@@ -64,88 +68,110 @@ constexpr int kShortFraction = 13;
 constexpr int kShortStartFraction = 10;
 constexpr std::int32_t kShortTolerance = kErrorTolerance << kShortFraction;
 
-/// One axis of a segment in 32-bit arithmetic, relative to the segment's start.
-struct ShortAxis {
-    std::int32_t e0, e1, e2, e3;
+/// A segment in 32-bit arithmetic, both axes at once, relative to its start.
+template <typename Pair>
+class ShortCurve {
+  public:
+    explicit ShortCurve(const CubicControls &p)
+        : m_origin(p[0]), e0(0, 0), e1((Pair(p[3]) - m_origin).shiftedLeft(kShortStartFraction)),
+          e2(bend(Pair(p[1]), Pair(p[2]), Pair(p[3]))), e3(bend(m_origin, Pair(p[1]), Pair(p[2]))) {}
 
-    ShortAxis(std::int32_t p0, std::int32_t p1, std::int32_t p2, std::int32_t p3)
-        : e0(0), e1((p3 - p0) << kShortStartFraction), e2(6 * (p1 - 2 * p2 + p3) * (1 << kShortStartFraction)),
-          e3(6 * (p0 - 2 * p1 + p2) * (1 << kShortStartFraction)) {}
-
-    std::int32_t error() const { return std::max(std::abs(e2), std::abs(e3)); }
-    std::int32_t quarterOfParentError() const { return std::max(std::abs(e3), std::abs(2 * e2 - e3)); }
+    bool errorExceeds(std::int32_t limit) const { return Pair::anyExceeds(e2, e3, limit); }
+    /// A quarter of the error that the step would have at twice its length.
+    bool quarterOfParentErrorExceeds(std::int32_t limit) const { return Pair::anyExceeds(e2 + e2 - e3, e3, limit); }
 
     /// Halving before the scale is fixed: e3 stays and `shift` carries its factor.
     void halveUnscaled(int shift) {
-        e2 = (e2 + e3) >> 1;
-        e1 = (e1 - (e2 >> shift)) >> 1;
+        e2 = (e2 + e3).shiftedRight(1);
+        e1 = (e1 - e2.shiftedRight(shift)).shiftedRight(1);
     }
 
     /// From the start scale, with e2 and e3 still to be divided by 2^shift, to kShortFraction bits.
     void rescale(int shift) {
         constexpr int kGain = kShortFraction - kShortStartFraction;
-        e1 *= 1 << kGain;
-        if (shift < kGain) {
-            e2 *= 1 << (kGain - shift);
-            e3 *= 1 << (kGain - shift);
-        } else {
-            e2 >>= shift - kGain;
-            e3 >>= shift - kGain;
-        }
+        e1 = e1.shiftedLeft(kGain);
+        e2 = e2.shiftedLeft(std::max(kGain - shift, 0)).shiftedRight(std::max(shift - kGain, 0));
+        e3 = e3.shiftedLeft(std::max(kGain - shift, 0)).shiftedRight(std::max(shift - kGain, 0));
     }
 
     void step() {
-        e0 += e1;
-        const std::int32_t second = e2;
-        e1 += second;
-        e2 = 2 * second - e3;
-        e3 = second;
+        e0 = e0 + e1;
+        e1 = e1 + e2;
+        const Pair far = e2 + e2 - e3;
+        e3 = e2;
+        e2 = far;
     }
     void halve() {
-        e2 = (e2 + e3) >> 3;
-        e1 = (e1 - e2) >> 1;
-        e3 >>= 2;
+        e2 = (e2 + e3).shiftedRight(3);
+        e1 = (e1 - e2).shiftedRight(1);
+        e3 = e3.shiftedRight(2);
     }
     void twice() {
-        e1 = 2 * e1 + e2;
-        e3 *= 4;
-        e2 = 8 * e2 - e3;
+        e1 = e1 + e1 + e2;
+        e3 = e3.shiftedLeft(2);
+        e2 = e2.shiftedLeft(3) - e3;
     }
-    std::int32_t value() const { return (e0 + (1 << (kShortFraction - 1))) >> kShortFraction; }
+    void storeVertex(FixedPoint *out) const {
+        constexpr std::int32_t kHalf = 1 << (kShortFraction - 1);
+        ((e0 + Pair(kHalf, kHalf)).shiftedRight(kShortFraction) + m_origin).store(out);
+    }
+
+  private:
+    /// 6 (a - 2 b + c) at the start scale.
+    static Pair bend(Pair a, Pair b, Pair c) {
+        const Pair twice = ((a - b) + (c - b)).shiftedLeft(kShortStartFraction + 1);
+        return twice + twice.shiftedLeft(1);
+    }
+
+    Pair m_origin;
+    Pair e0;
+    Pair e1;
+    Pair e2;
+    Pair e3;
 };
 
-void flattenShort(const CubicControls &p, VertexBuffer &vertices) {
-    ShortAxis x(p[0].x, p[1].x, p[2].x, p[3].x);
-    ShortAxis y(p[0].y, p[1].y, p[2].y, p[3].y);
-    int shift = 0;
-    std::uint32_t left = 1;
-    while (std::max(x.error(), y.error()) > (kErrorTolerance << kShortStartFraction) << shift) {
-        shift += 2;
-        x.halveUnscaled(shift);
-        y.halveUnscaled(shift);
-        left *= 2;
-    }
-    x.rescale(shift);
-    y.rescale(shift);
-
-    for (;;) {
+/// Steps until none are left, or until more are than there is room for. No call and no check in the loop: while the
+/// step is not halved, what is left can only shrink.
+template <typename Pair>
+FixedPoint *stepShort(ShortCurve<Pair> &state, std::uint32_t &stepsLeft, FixedPoint *out, const FixedPoint *limit) {
+    ShortCurve<Pair> curve = state;
+    std::uint32_t left = stepsLeft;
+    while (left <= static_cast<std::size_t>(limit - out)) {
         --left;
-        x.step();
-        y.step();
-        vertices.push_back({x.value() + p[0].x, y.value() + p[0].y});
+        curve.step();
+        curve.storeVertex(out++);
         if (left == 0)
-            return;
-        if (std::max(x.error(), y.error()) > kShortTolerance) {
-            x.halve();
-            y.halve();
+            break;
+        if (curve.errorExceeds(kShortTolerance)) {
+            curve.halve();
             left *= 2;
         }
-        while (left % 2 == 0 && std::max(x.quarterOfParentError(), y.quarterOfParentError()) <= kShortTolerance / 4) {
-            x.twice();
-            y.twice();
+        while (left % 2 == 0 && !curve.quarterOfParentErrorExceeds(kShortTolerance / 4)) {
+            curve.twice();
             left /= 2;
         }
     }
+    state = curve;
+    stepsLeft = left;
+    return out;
+}
+
+template <typename Pair>
+void flattenShort(const CubicControls &controls, VertexBuffer &vertices) {
+    ShortCurve<Pair> curve(controls);
+    int shift = 0;
+    std::uint32_t left = 1;
+    while (curve.errorExceeds((kErrorTolerance << kShortStartFraction) << shift)) {
+        shift += 2;
+        curve.halveUnscaled(shift);
+        left *= 2;
+    }
+    curve.rescale(shift);
+    constexpr std::size_t kUsual = 128;
+    do {
+        FixedPoint *out = vertices.room(std::max<std::size_t>(left, kUsual));
+        vertices.setEnd(stepShort(curve, left, out, vertices.begin() + vertices.capacity()));
+    } while (left != 0);
 }
 
 // --- 64 bits --------------------------------------------------------------------------------------------------------
@@ -197,6 +223,16 @@ struct LongAxis {
     }
 };
 
+using PieceControls = std::array<std::int64_t, 4>;
+
+/// The controls of a piece back in the coordinates of its segment.
+CubicControls pieceIn(const PieceControls &x, const PieceControls &y, FixedPoint origin) {
+    CubicControls controls{};
+    for (std::size_t i = 0; i < controls.size(); ++i)
+        controls[i] = {static_cast<std::int32_t>(x[i] + origin.x), static_cast<std::int32_t>(y[i] + origin.y)};
+    return controls;
+}
+
 void flattenLong(const CubicControls &p, VertexBuffer &vertices, const FlattenClip *clip) {
     const FixedPoint origin = p[0];
     const auto start = [&](std::int32_t FixedPoint::*axis) {
@@ -222,7 +258,7 @@ void flattenLong(const CubicControls &p, VertexBuffer &vertices, const FlattenCl
             x = LongAxis(cx[0], cx[1], cx[2], cx[3]);
             y = LongAxis(cy[0], cy[1], cy[2], cy[3]);
             left = 1;
-            if (!clip || !isOutside(extentOf(cx, origin.x), extentOf(cy, origin.y), *clip)) {
+            if (!clip || !isOutside(pieceIn(cx, cy, origin), *clip)) {
                 while (std::max(x.error(), y.error()) > kLongTolerance) {
                     x.halve();
                     y.halve();
@@ -273,18 +309,18 @@ void flattenLong(const CubicControls &p, VertexBuffer &vertices, const FlattenCl
 } // namespace
 
 bool usesShortArithmetic(const CubicControls &controls) {
-    const Extent x = extentOf(controls, &FixedPoint::x);
-    const Extent y = extentOf(controls, &FixedPoint::y);
+    const Extent x = extentOfX(controls);
+    const Extent y = extentOfY(controls);
     return x.high - x.low <= kShortExtent && y.high - y.low <= kShortExtent;
 }
 
 void flattenSegment(const CubicControls &controls, VertexBuffer &vertices, const FlattenClip *clip) {
     if (!usesShortArithmetic(controls))
         flattenLong(controls, vertices, clip);
-    else if (clip && isOutside(extentOf(controls, &FixedPoint::x), extentOf(controls, &FixedPoint::y), *clip))
+    else if (clip && isOutside(controls, *clip))
         vertices.push_back(controls[3]);
     else
-        flattenShort(controls, vertices);
+        flattenShort<lanes::IntPair>(controls, vertices);
 }
 
 } // namespace Quill

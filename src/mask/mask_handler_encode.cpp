@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cstring>
+
 #include "mask/encode.h"
 #include "mask/mask_handler.h"
 #include "mask/no_throw.h"
@@ -23,12 +26,13 @@ HRESULT deliver(int height, std::vector<Value> &output, Encode encode) {
     // Whichever way the runs are found, the encoders count as callers of the fill.
     DiagLogPrint("Quill::MaskHandler::m_fnFillBezierCurveMask() enter\n");
     DiagLogPrint("Quill::MaskHandler::m_fnFillBezierCurveMask() end\n");
-    output.clear();
     const HRESULT result = withoutThrowing([&] {
         const BorrowedScratch scratch;
         const PodBuffer<Value> &values = encode(EncodeContext{*scratch, defaultEncodeRoute(), defaultRasterEngine()});
         output.reserve(reservedEntries(height));
-        output.assign(values.begin(), values.end());
+        output.resize(values.size()); // no clear before: it would have every value initialised again
+        if (!values.empty())
+            std::memcpy(output.data(), values.data(), values.size() * sizeof(Value));
     });
     if (FAILED(result))
         output.clear();

@@ -16,24 +16,37 @@ using Rows = std::map<int, std::vector<std::pair<int, int>>>;
 std::string asText(const Rows &rows) {
     std::string text;
     for (const auto &[row, runs] : rows) {
-        text += (text.empty() ? "" : "; ") + std::to_string(row) + ":";
+        text.append(text.empty() ? "" : "; ").append(std::to_string(row)).append(":");
         for (const auto &[first, last] : runs)
-            text += " " + std::to_string(first) + "-" + std::to_string(last);
+            text.append(" ").append(std::to_string(first)).append("-").append(std::to_string(last));
     }
     return text;
 }
 
+/// Collects rows; its own cursor.
 class RowsSink {
   public:
+    class Cursor {
+      public:
+        explicit Cursor(Rows &rows) : m_rows(&rows) {}
+        void beginRow(std::int32_t row) { m_row = row; }
+        void span(std::int32_t first, std::int32_t end) { (*m_rows)[m_row].emplace_back(first, end - 1); }
+        void spanOrNone(std::int32_t first, std::int32_t end) {
+            if (first != end)
+                span(first, end);
+        }
+        void endRow() {}
+
+      private:
+        Rows *m_rows;
+        int m_row = 0;
+    };
+
     void emptyRows(RowRange) {}
-    void beginRow(std::int32_t row, std::size_t) { m_row = row; }
-    void span(std::int32_t first, std::int32_t end) { rows[m_row].emplace_back(first, end - 1); }
-    void endRow() {}
+    Cursor open(std::size_t, std::size_t) { return Cursor(rows); }
+    void close(const Cursor &) {}
 
     Rows rows;
-
-  private:
-    int m_row = 0;
 };
 
 } // namespace

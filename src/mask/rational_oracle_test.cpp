@@ -36,23 +36,34 @@ bool covers(const VertexBuffer &polyline, std::int64_t column, std::int64_t row)
 
 class BitmapSink {
   public:
+    class Cursor {
+      public:
+        explicit Cursor(BitmapSink &sink) : m_sink(&sink) {}
+        void beginRow(std::int32_t row) { m_start = static_cast<std::size_t>(row) * m_sink->m_width; }
+        void span(std::int32_t first, std::int32_t end) {
+            for (std::int32_t column = first; column < end; ++column)
+                ++m_sink->pixels[m_start + static_cast<std::size_t>(column)];
+        }
+        void spanOrNone(std::int32_t first, std::int32_t end) { span(first, end); }
+        void endRow() {}
+
+      private:
+        BitmapSink *m_sink;
+        std::size_t m_start = 0;
+    };
+
     BitmapSink(int width, int height)
-        : m_width(static_cast<std::size_t>(width)), pixels(m_width * static_cast<std::size_t>(height), 0) {}
+        : pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0),
+          m_width(static_cast<std::size_t>(width)) {}
 
     void emptyRows(RowRange) {}
-    void beginRow(std::int32_t row, std::size_t) { m_row = static_cast<std::size_t>(row); }
-    void span(std::int32_t first, std::int32_t end) {
-        for (std::int32_t column = first; column < end; ++column)
-            ++pixels[m_row * m_width + static_cast<std::size_t>(column)];
-    }
-    void endRow() {}
+    Cursor open(std::size_t, std::size_t) { return Cursor(*this); }
+    void close(const Cursor &) {}
+
+    std::vector<std::uint8_t> pixels;
 
   private:
     std::size_t m_width;
-    std::size_t m_row = 0;
-
-  public:
-    std::vector<std::uint8_t> pixels;
 };
 
 void expectExact(RasterScratch &scratch, int width, int height, int number) {

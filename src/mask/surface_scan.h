@@ -16,20 +16,22 @@ void scanSurface(const MaskSurface &surface, std::int32_t columns, bool invert, 
     for (std::int32_t row = 0; row < surface.height; ++row) {
         const std::uint8_t *pixel = surface.bits + static_cast<std::ptrdiff_t>(row) * surface.stride;
         const std::uint8_t *map = exclusion ? exclusion + static_cast<std::ptrdiff_t>(row) * surface.width : nullptr;
-        sink.beginRow(row, (static_cast<std::size_t>(columns) + 1) / 2);
+        auto cursor = sink.open(1, (static_cast<std::size_t>(columns) + 1) / 2);
+        cursor.beginRow(row);
         std::int32_t first = kNone;
         for (std::int32_t column = 0; column < columns; ++column, pixel += kBytesPerPixel) {
             const bool in = (pixelKey(pixel) != kBackgroundKey) != invert && !(map && map[column] == 1);
             if (in && first == kNone) {
                 first = column;
             } else if (!in && first != kNone) {
-                sink.span(first, column);
+                cursor.span(first, column);
                 first = kNone;
             }
         }
         if (first != kNone)
-            sink.span(first, columns);
-        sink.endRow();
+            cursor.span(first, columns);
+        cursor.endRow();
+        sink.close(cursor);
     }
 }
 

@@ -5,6 +5,7 @@
 
 void FrameSource::lockTexture() { m_owner.LockTexture(); }
 void FrameSource::unlockTexture() { m_owner.UnlockTexture(); }
+bool FrameSource::tryLockTexture(std::uint32_t milliseconds) { return m_owner.TryLockTexture(milliseconds); }
 bool FrameSource::isVisible() const { return m_owner.IsVisible() != 0; }
 bool FrameSource::isPreviewMode() const { return m_owner.IsPreviewMode() != 0; }
 UINT FrameSource::bufferLength() const { return m_owner.GetBufferLen(); }

@@ -12,6 +12,7 @@ class FrameSource final : public OverlaySource {
 
     void lockTexture() override;
     void unlockTexture() override;
+    bool tryLockTexture(std::uint32_t milliseconds) override;
     bool isVisible() const override;
     bool isPreviewMode() const override;
     UINT bufferLength() const override;

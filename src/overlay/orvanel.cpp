@@ -4,6 +4,7 @@
 #include "overlay/orvanel.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "callback/py_locks.h"
 #include "overlay/event_queue.h"
@@ -53,6 +54,10 @@ void Orvanel::raise(ECallBack_State state) {
 }
 
 void Orvanel::LockTexture() { TextureLockGuard::enter(m_textureLock); }
+
+bool Orvanel::TryLockTexture(std::uint32_t milliseconds) {
+    return m_textureLock.try_lock_for(std::chrono::milliseconds(milliseconds));
+}
 
 void Orvanel::UnlockTexture() { m_textureLock.unlock(); }
 

@@ -71,6 +71,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     void LockTexture();
+    /// The same for a renderer's thread, which holds no interpreter lock; false when it took longer than `milliseconds`.
+    bool TryLockTexture(std::uint32_t milliseconds);
     void UnlockTexture();
     /// Hands a state to the host's callable.
     void CallBack(ECallBack_State state);

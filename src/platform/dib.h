@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/unique_handle.h"
 #include "platform/win_types.h"
 
 // Device contexts and device-independent bitmaps: GDI on Windows, memory bitmaps with the same contract elsewhere.
@@ -47,5 +48,8 @@ const DibCalls &systemDibCalls();
 
 /// Frees a bitmap and its pixel memory.
 void deleteBitmap(HBITMAP bitmap);
+
+/// A bitmap that is freed with its owner.
+using Bitmap = UniqueHandle<HBITMAP, &deleteBitmap>;
 
 } // namespace platform

@@ -91,6 +91,8 @@ class Line {
         append(message.data());
         *m_end++ = '\n';
     }
+    Line(const Line &) = delete;
+    Line &operator=(const Line &) = delete;
     const Character *text() const { return m_text.data(); }
 
   private:

@@ -7,9 +7,10 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/diag_log.h"
+#include "support/log_recorder.h"
 
 namespace {
 
@@ -34,7 +35,9 @@ const platform::DibCalls kFake = {
         g_recorder.calls.emplace_back("context");
         return g_recorder.contextFails ? nullptr : kContext;
     },
-    [](DeviceContext context) { g_recorder.calls.emplace_back(context == kContext ? "delete context" : "delete a stranger"); },
+    [](DeviceContext context) {
+        g_recorder.calls.emplace_back(context == kContext ? "delete context" : "delete a stranger");
+    },
     [] { g_recorder.calls.emplace_back("flush"); },
     [](DeviceContext, const DibHeader &header, void **bits) -> HBITMAP {
         g_recorder.calls.emplace_back("section");
@@ -48,30 +51,16 @@ const platform::DibCalls kFake = {
 
 class DibSurface : public testing::Test {
   protected:
-    void SetUp() override {
-        g_recorder = Recorder();
-        diaglog::dumpEnabled = true;
-        testing::internal::CaptureStderr();
-    }
-    void TearDown() override {
-        if (!m_logTaken)
-            log();
-        diaglog::dumpEnabled = false;
-    }
-    std::string log() {
-        m_logTaken = true;
-        return testing::internal::GetCapturedStderr();
-    }
+    void SetUp() override { g_recorder = Recorder(); }
 
+    LogRecorder m_log;
     HBITMAP m_bitmap = kUntouched;
     void *m_bits = &m_bitmap;
-
-  private:
-    bool m_logTaken = false;
 };
 
 using testing::Test;
 using Calls = std::vector<std::string>;
+using Messages = std::vector<std::string>;
 
 TEST_F(DibSurface, TopDownSurfaceStatesItsImageSize) {
     EXPECT_EQ(createDibSection32(kFake, 640, -480, &m_bitmap, &m_bits), 1);
@@ -104,12 +93,7 @@ TEST_F(DibSurface, InvalidArgumentsAllocateNothing) {
     EXPECT_TRUE(g_recorder.calls.empty());
     EXPECT_EQ(m_bitmap, kUntouched);
     EXPECT_EQ(m_bits, &m_bitmap);
-    const std::string lines = log();
-    const std::string text = "CreateDIBSection32 Invalid argument! return FALSE\n";
-    std::size_t count = 0;
-    for (std::size_t at = lines.find(text); at != std::string::npos; at = lines.find(text, at + 1))
-        ++count;
-    EXPECT_EQ(count, 3U) << lines;
+    EXPECT_EQ(m_log.messages(), Messages(3, "CreateDIBSection32 Invalid argument! return FALSE\n"));
 }
 
 TEST_F(DibSurface, ContextFailureLeavesTheOutputsUntouched) {
@@ -118,7 +102,7 @@ TEST_F(DibSurface, ContextFailureLeavesTheOutputsUntouched) {
     EXPECT_EQ(g_recorder.calls, Calls{"context"});
     EXPECT_EQ(m_bitmap, kUntouched);
     EXPECT_EQ(m_bits, &m_bitmap);
-    EXPECT_NE(log().find("CreateDIBSection32 failed to create compatible DC! return FALSE\n"), std::string::npos);
+    EXPECT_EQ(m_log.messages(), Messages{"CreateDIBSection32 failed to create compatible DC! return FALSE\n"});
 }
 
 TEST_F(DibSurface, BitmapFailureStoresNullAndKeepsTheContext) {
@@ -126,7 +110,7 @@ TEST_F(DibSurface, BitmapFailureStoresNullAndKeepsTheContext) {
     EXPECT_EQ(createDibSection32(kFake, 5, 5, &m_bitmap, &m_bits), 0);
     EXPECT_EQ(g_recorder.calls, (Calls{"context", "flush", "section"}));
     EXPECT_EQ(m_bitmap, nullptr);
-    EXPECT_NE(log().find("CreateDIBSection32 failed to create bitmap handle! error code = 0x57\n"), std::string::npos);
+    EXPECT_EQ(m_log.messages(), Messages{"CreateDIBSection32 failed to create bitmap handle! error code = 0x57\n"});
 }
 
 TEST_F(DibSurface, OverflowingSizesAreStatedWrongAndLeftToTheSystem) {
@@ -158,7 +142,9 @@ TEST_F(DibSurface, SizesThatNoSystemHoldsAreRefused) {
     m_bitmap = kUntouched;
     EXPECT_EQ(CreateDIBSection32(0x80000000U, 1, &m_bitmap, &m_bits), 0);
     EXPECT_EQ(m_bitmap, nullptr);
-    EXPECT_NE(log().find("failed to create bitmap handle! error code = 0x"), std::string::npos);
+    ASSERT_EQ(m_log.messages().size(), 2U);
+    EXPECT_THAT(m_log.messages(), testing::Each(testing::StartsWith(
+                                      "CreateDIBSection32 failed to create bitmap handle! error code = 0x")));
 }
 
 } // namespace

@@ -4,26 +4,30 @@
 
 #include <gtest/gtest.h>
 
+#include "callback/interpreter_gate.h"
 #include "callback/python.h"
 
 namespace {
 
-class Interpreter : public testing::Environment {
+class PythonEnvironment : public testing::Environment {
   public:
     void SetUp() override {
         Py_InitializeEx(0);
-        PyEval_InitThreads();
+        m_watch = watchInterpreter();
+        ASSERT_NE(nullptr, m_watch);
         m_state = PyEval_SaveThread();
     }
     void TearDown() override {
         PyEval_RestoreThread(m_state);
+        Py_CLEAR(m_watch);
         Py_Finalize();
     }
 
   private:
+    PyObject *m_watch = nullptr;
     PyThreadState *m_state = nullptr;
 };
 
-const testing::Environment *const interpreter = testing::AddGlobalTestEnvironment(new Interpreter);
+const testing::Environment *const environment = testing::AddGlobalTestEnvironment(new PythonEnvironment);
 
 } // namespace

@@ -142,6 +142,16 @@ class AnyClipTest(JobTest):
         gestures = simple_edit()['gestures'] + [{'do': 'invert'}]
         self.job(4, (160, 96), edit=simple_edit(gestures=gestures))
 
+    def test_more_keyframes_than_a_contact_sheet_holds(self):
+        gestures = simple_edit()['gestures'][:2]
+        for frame in range(0, 150, 2):
+            gestures += [{'do': 'seek', 'frame': frame}, {'do': 'keyframe'}]
+        self.assertIn('keyframes     75 at', self.job(150, (64, 48), edit=simple_edit(gestures=gestures)))
+
+    def test_clips_of_extreme_shapes(self):
+        for size in ((2000, 16), (16, 1000)):
+            self.job(2, size)
+
     def test_an_edit_that_ends_without_a_mask(self):
         clip, out = self.path('clip.mp4'), self.path('out')
         write_clip(clip, 3)

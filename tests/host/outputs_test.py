@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 import os
+import signal
 import unittest
 
 from orvanel_host.errors import HostError
@@ -50,6 +51,23 @@ class OutputFolderTest(HostTest):
                 self.fill(folder, text)
                 folder.commit()
         self.assertEqual(os.listdir(self.path('out', 'many')), ['new'])
+
+    def test_ctrl_c_waits_until_everything_has_its_name(self):
+        rename = os.rename
+
+        def interrupted_rename(source, target):
+            os.kill(os.getpid(), signal.SIGINT)
+            rename(source, target)
+        os.rename = interrupted_rename
+        try:
+            with self.assertRaises(KeyboardInterrupt):
+                with OutputFolder(self.path('out')) as folder:
+                    self.fill(folder, 'new')
+                    folder.commit()
+        finally:
+            os.rename = rename
+        self.assertEqual(sorted(os.listdir(self.path('out'))), ['a.txt', 'many'])
+        self.assertIs(signal.getsignal(signal.SIGINT), signal.default_int_handler)
 
     def test_a_place_that_cannot_be_written(self):
         self.write('file', 'x')
