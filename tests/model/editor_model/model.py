@@ -13,9 +13,9 @@ class EditorModel(State, Editing, Interaction, KeyframeTrack, DeviceSetting):
     """One editor. Its methods are the module's entries under Python names; results are what the entries return."""
 
     def lengths_agree(self):
-        """True when every keyframe has as many points as the live closed outline."""
-        return (not self.is_mask or not self.live.is_closed()
-                or all(len(keyframe.outline) == len(self.live) for keyframe in self.keyframes))
+        """True for a closed live outline in editing mode when every keyframe has as many points."""
+        return (self.is_mask and self.live.is_closed()
+                and all(len(keyframe.outline) == len(self.live) for keyframe in self.keyframes))
 
     def check_invariants(self):
         """What holds after every step. Raises AssertionError with the reason."""

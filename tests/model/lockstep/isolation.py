@@ -4,8 +4,12 @@ from __future__ import absolute_import
 
 import cPickle
 import os
+import signal
 import sys
 import traceback
+
+#: Seconds after which a process counts as hung. Fifty sessions take half a minute under a sanitizer.
+_LIMIT = 240
 
 
 class Died(Exception):
@@ -36,6 +40,7 @@ def isolated(function, *arguments):
 
 def _answer(writable, function, arguments):
     """Never returns: the child must not run what its parent has still to do."""
+    signal.alarm(_LIMIT)
     try:
         try:
             answer = (False, function(*arguments))
