@@ -8,19 +8,25 @@
 namespace canvas {
 namespace {
 
-/// Lays a colour over the spans of a sweep (mask/sweep.h).
+/// Lays a colour over the spans of a sweep (mask/sweep.h). Nothing is collected: the sink is its own cursor.
 class TintSink {
   public:
     TintSink(Surface &surface, Pixel color) : m_surface(surface), m_color(color), m_blank(surface.isBlank()) {}
 
     void emptyRows(Quill::RowRange) {}
-    void beginRow(std::int32_t row, std::size_t) { m_row = row; }
+    TintSink &open(std::size_t, std::size_t) { return *this; }
+    void close(const TintSink &) {}
+    void beginRow(std::int32_t row) { m_row = row; }
     void span(std::int32_t first, std::int32_t end) {
         Pixel *const pixels = m_surface.touch(m_row, first, end - first);
         if (m_blank)
             std::fill_n(pixels, end - first, m_color);
         else
             std::transform(pixels, pixels + (end - first), pixels, [this](Pixel below) { return over(below, m_color); });
+    }
+    void spanOrNone(std::int32_t first, std::int32_t end) {
+        if (first != end)
+            span(first, end);
     }
     void endRow() {}
 

@@ -172,7 +172,7 @@ std::int32_t sweepPairs(const CrossingTable &table, const PodBuffer<std::int32_t
         return row;
     WholeGroups left(table, a, row);
     WholeGroups right(table, b, row);
-    auto cursor = sink.open(static_cast<std::size_t>(rows.end - row), 1);
+    auto &&cursor = sink.open(static_cast<std::size_t>(rows.end - row), 1);
     do {
         const lanes::Columns one = left.take(edge);
         const lanes::Columns other = right.take(edge);
@@ -187,7 +187,7 @@ std::int32_t sweepPairs(const CrossingTable &table, const PodBuffer<std::int32_t
 
 template <typename Sink>
 void sweepGroup(const CrossingTable &table, RowRange rows, lanes::Columns edge, SweepBuffers &buffers, Sink &sink) {
-    auto cursor = sink.open(kRowsAtOnce, (buffers.active.size() + 1) / 2);
+    auto &&cursor = sink.open(kRowsAtOnce, (buffers.active.size() + 1) / 2);
     const std::size_t count = loadSorted(table, rows.first, edge, buffers);
     emitRows(buffers.columns.data(), count, rows, cursor);
     sink.close(cursor);
