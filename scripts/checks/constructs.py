@@ -38,7 +38,7 @@ LICENSED_SCRIPTS = ('run', 'test', 'bench', '.ci/run')
 
 # Written so that this list does not match itself.
 WORDS = [
-    (re.compile(r'[s]pecification|DEVELOPERS[.]md|\bCOMPASS\b|\bParts? [0-9]+[.][0-9]', re.IGNORECASE), 'names a document that is not here'),
+    (re.compile(r'[s]pecification|DEVELOPERS[.]md|\bCOMPAS[S]\b|\bParts? [0-9]+[.][0-9]', re.IGNORECASE), 'names a document that is not here'),
     (re.compile(r'(?<![\w}./])/(?:[w]ork|[h]ome/\w+|[r]oot)/|[.]library/'), 'names a folder of one machine'),
     (re.compile(r'\b[T]ODO\b|\b[F]IXME\b|\b[X]XX\b'), 'unfinished'),
     (re.compile(r'https?://[^\s"]*\b[d]ebian\b|\b[d]eb[.]debian|\b[p]ypi\b', re.IGNORECASE), 'names a package host'),
