@@ -3,51 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <limits>
-#include <new>
 
+#include "mask/counting_allocator_test.h"
 #include "mask/random_outline_test.h"
 #include "mask/raster_support_test.h"
-
-namespace {
-
-std::atomic<std::size_t> allocations{0};
-std::atomic<std::size_t> allocatedBytes{0};
-constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
-std::atomic<std::size_t> largestGranted{kUnlimited};
-
-void *counted(std::size_t size) {
-    ++allocations;
-    allocatedBytes += size;
-    if (size <= largestGranted)
-        if (void *memory = std::malloc(size == 0 ? 1 : size))
-            return memory;
-    throw std::bad_alloc();
-}
-
-} // namespace
-
-// The program's own allocator, so that every allocation of the library is seen.
-void *operator new(std::size_t size) {
-    return counted(size);
-}
-void *operator new[](std::size_t size) {
-    return counted(size);
-}
-void operator delete(void *memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void *memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void *memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void *memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace Quill {
 namespace {
