@@ -145,7 +145,7 @@ class Row {
             return refuseArgument(Name.c_str(), refused + 1, text, refusal);
         if constexpr (Types::isMethod) {
             const PyCallback::Use use(*std::get<0>(arguments).get());
-            return run(std::get<Given>(arguments).get()..., defaultValue<kRequired + Omitted>()...);
+            return run(std::get<Given>(arguments).get()..., defaultValue<sizeof...(Given) + Omitted>()...);
         } else {
             return run(std::get<Given>(arguments).get()...);
         }
@@ -174,7 +174,6 @@ class Row {
     }
 
   public:
-    static constexpr auto kName = Name;
     static constexpr std::array<ArgumentShape, kCount> kArguments = describe(std::make_index_sequence<kCount>{});
 
     static PyObject *call(PyObject *, PyObject *args) {

@@ -1,0 +1,149 @@
+# SPDX-License-Identifier: MIT
+"""Nanoseconds per call from Python: this module's entries against the same methods wrapped by SWIG, on the same object.
+
+Each body holds eight calls with different arguments, so that nothing learns them. The two sides take turns; a side's figure
+is its best turn less the cost of the bare loop. Accepts Google Benchmark's --benchmark_out, --benchmark_filter and
+--benchmark_repetitions."""
+
+import argparse
+import json
+import math
+import re
+import sys
+import time
+
+import _Orvanel
+import _swig_calls
+
+CALLS_A_BODY = 8
+SECONDS_A_TURN = 0.05
+
+
+class Subject(object):
+    """An entry and eight argument lists after the object. `target`: how many times faster than SWIG it has to be."""
+
+    def __init__(self, name, arguments, target=1.0, most=None):
+        self.name, self.arguments, self.target, self.most = name, arguments, target, most
+
+
+def make_outline():
+    """24 anchors on an ellipse, closed and converted, on a 1080p display."""
+    made = _Orvanel.new_Orvanel()
+    _Orvanel.Orvanel_SetVideoCoordinate(made, 1920, 1080, 0, 0, 1920, 1080)
+    anchors = [(int(960 + 700 * math.cos(angle * math.pi / 12)), int(540 + 400 * math.sin(angle * math.pi / 12))) for angle in range(24)]
+    for x, y in anchors + anchors[:1]:
+        _Orvanel.Orvanel_Interactive(made, _Orvanel.ECS_MOUSE_DOWN, x, y)
+        _Orvanel.Orvanel_Interactive(made, _Orvanel.ECS_MOUSE_UP, x, y)
+    assert _Orvanel.Orvanel_IsMask(made) and len(_Orvanel.Orvanel_GetCurrentPoints(made)) == 72 * 24
+    return made
+
+
+def make_point(x, y):
+    point = _swig_calls.new_MPoint()
+    _swig_calls.MPoint_x_set(point, x)
+    _swig_calls.MPoint_y_set(point, y)
+    return point
+
+
+def subjects():
+    eight = range(CALLS_A_BODY)
+    return [Subject('IsDirty', [()] * 8),
+            Subject('GetBufferLen', [()] * 8),
+            Subject('SetInverse', [(n % 2 == 0,) for n in eight]),
+            Subject('SetSizeScaler', [(1.0 + n / 8.0,) for n in eight]),
+            Subject('HitTestPoint', [(make_point(1660 - n, 540 + n),) for n in eight]),
+            Subject('MoveAllPoints', [(0, 0), (0L, 0), (0, 0), (0, 0L)] * 2),
+            # A double click is answered before anything is touched: what is left is the call with three ints.
+            Subject('Interactive', [(_Orvanel.ECS_MOUSE_DBCLICK, 100 * n, 700 - n) for n in eight], 1.3),
+            Subject('SetVideoInfo', [(n, 10 ** 9 + n, 2 ** 40 + n, 10 ** 12) for n in eight]),
+            Subject('GetClosestKeyFramePos', [(2 ** 30 + 2 ** 29 * n, None) for n in eight]),
+            Subject('Convert2SelectionLineUS', [((1920, 1080),)] * 8, most=30000.0)]
+
+
+def make_body(count):
+    """A loop whose body calls f with each of the argument lists a0, a1, ..."""
+    lines = ['def body(f, made, arguments, rounds):']
+    names = []
+    for number in range(CALLS_A_BODY):
+        own = ['v%d_%d' % (number, index) for index in range(count)]
+        names.append(own)
+        for index, name in enumerate(own):
+            lines.append('    %s = arguments[%d][%d]' % (name, number, index))
+    lines.append('    for _ in rounds:')
+    lines += ['        f(%s)' % ', '.join(['made'] + own) for own in names]
+    scope = {}
+    exec '\n'.join(lines) in scope
+    return scope['body']
+
+
+def empty(f, made, arguments, rounds):
+    for _ in rounds:
+        pass
+
+
+def timed(body, function, made, arguments, rounds):
+    start = time.time()
+    body(function, made, arguments, xrange(rounds))
+    return time.time() - start
+
+
+def enough_rounds(body, function, made, arguments):
+    rounds = 10
+    while True:
+        if timed(body, function, made, arguments, rounds) > SECONDS_A_TURN / 4:
+            return rounds * 4
+        rounds *= 4
+
+
+def measure(subject, made, repetitions):
+    """Nanoseconds a call: own, SWIG's."""
+    body = make_body(len(subject.arguments[0]))
+    sides = [getattr(module, 'Orvanel_' + subject.name) for module in (_Orvanel, _swig_calls)]
+    rounds = enough_rounds(body, sides[0], made, subject.arguments)
+    best = [float('inf')] * 2
+    bare = float('inf')
+    for _ in range(repetitions):
+        bare = min(bare, timed(empty, None, made, subject.arguments, rounds))
+        for side, function in enumerate(sides):
+            best[side] = min(best[side], timed(body, function, made, subject.arguments, rounds))
+    return [(seconds - bare) / rounds / CALLS_A_BODY * 1e9 for seconds in best]
+
+
+def verdict(subject, own, ratio):
+    if ratio < subject.target:
+        return 'below %.1f' % subject.target
+    if subject.most and own > subject.most:
+        return 'above %.0f ns' % subject.most
+    return ''
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument('--benchmark_out')
+    parser.add_argument('--benchmark_out_format')
+    parser.add_argument('--benchmark_filter', default='')
+    parser.add_argument('--benchmark_repetitions', type=int, default=15)
+    options = parser.parse_args()
+    made = make_outline()
+    figures, missed = [], 0
+    print '%-26s %10s %10s %7s' % ('ns a call', 'own', 'SWIG 4.1', 'ratio')
+    for subject in subjects():
+        if not re.search(options.benchmark_filter, subject.name):
+            continue
+        own, swig = measure(subject, made, options.benchmark_repetitions)
+        remark = verdict(subject, own, swig / own)
+        missed += bool(remark)
+        print '%-26s %10.1f %10.1f %7.2f  %s' % (subject.name, own, swig, swig / own, remark)
+        sys.stdout.flush()
+        for side, value in (('own', own), ('swig', swig)):
+            figures.append({'name': 'calls/%s/%s' % (subject.name, side), 'run_type': 'iteration', 'real_time': value,
+                            'cpu_time': value, 'time_unit': 'ns', 'ratio': swig / own})
+    if options.benchmark_out:
+        with open(options.benchmark_out, 'w') as out:
+            json.dump({'context': {'executable': 'calls', 'python': sys.version.split()[0], 'repetitions': options.benchmark_repetitions},
+                       'benchmarks': figures}, out, indent=1)
+    return 1 if missed else 0
+
+
+if __name__ == '__main__':
+    sys.exit(main())
