@@ -43,8 +43,8 @@ TEST(BlockCopy, CopiesBlocksOnBothSidesOfTheThreshold) {
 }
 
 TEST(BlockCopy, CopiesLargeBlocksWhateverTheAlignment) {
-    for (const std::size_t sourceOffset : {0, 1, 8, 33})
-        for (const std::size_t destinationOffset : {0, 4, 15, 63})
+    for (const std::size_t sourceOffset : {0, 33})
+        for (const std::size_t destinationOffset : {0, 4, 63})
             expectExactCopy(platform::kStreamedBlock + 40, sourceOffset, destinationOffset);
 }
 

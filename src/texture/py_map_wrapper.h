@@ -18,7 +18,7 @@
 /// The refresh runs inside slots 11 and 35 on the calling (renderer's) thread, holds the owner's texture lock
 /// throughout and never takes the interpreter lock. SetOwner, SetSyncer, Stop and Join may be called on any thread,
 /// with the interpreter lock and the owner's texture lock held or not; where they wait they let the interpreter lock
-/// go. A call from inside a refresh (by a syncer, say) does not wait for that refresh.
+/// go. A call from inside a refresh (by a syncer, say) does not wait for that refresh; the owner must then outlive it.
 ///
 /// To let an owner or a map go: Stop, Join without limit, Release. No refresh touches the owner after that, even if the
 /// host keeps the map and goes on asking. A map that is released in the middle of a refresh goes when the refresh ends.
