@@ -12,7 +12,7 @@ import time
 import unittest
 
 from lockstep.campaign import BATCH, find_failure, report
-from lockstep.sides import hostkit
+from lockstep.module_side import hostkit
 
 _LONG = os.environ.get("ORVANEL_LONG_TESTS") == "1"
 

@@ -55,7 +55,8 @@ class Conversion(EditorCase):
 class Runs(EditorCase):
 
     def test_a_mask_of_one_pixel_has_at_most_one_run(self):
-        for outline in (self.SQUARE, [(0, 0), (399, 0), (399, 299), (0, 299)], [(-90, -90), (800, -90), (800, 800), (-90, 800)]):
+        for outline in (self.SQUARE, [(0, 0), (399, 0), (399, 299), (0, 299)],
+                        [(-90, -90), (800, -90), (800, 800), (-90, 800)]):
             self.editor.DeleteAllPoints()
             self.editor.draw(outline)
             runs = self.editor.Convert2SelectionLineUS((1, 1))

@@ -268,7 +268,8 @@ class Generator(object):
 
     def _geometry(self, model):
         self._queue.append(self._random.choice([("set_video_coordinate",) + self._random.choice(_PLACEMENTS),
-                                                ("reset_buffer",), ("set_video_info", 0, 0, 0, self._random.choice([30, 1000]))]))
+                                                ("set_video_info", 0, 0, 0, self._random.choice([30, 1000])),
+                                                ("reset_buffer",)]))
 
     def _delete_some(self, model):
         if model.is_mask:

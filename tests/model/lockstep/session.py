@@ -6,7 +6,8 @@ import collections
 
 from editor_model.records import Undefined, from_bytes
 from lockstep.generator import Generator
-from lockstep.sides import ModelSide, ModuleSide, hostkit
+from lockstep.model_side import ModelSide
+from lockstep.module_side import ModuleSide, hostkit
 
 
 #: Steps that may leave keyframes of another length than the live outline: they change or replace only one of the two.
@@ -64,7 +65,8 @@ def _play_step(step, model, module, counts):
     elif reported:
         raise Difference("the worker reports points that nobody changed")
 
-    for (what, value), (_, seen) in zip(model.observe(), module.observe()):
+    for (what, value), (entry, seen) in zip(model.observe(), module.observe()):
+        assert what == entry, "%s is compared with %s" % (what, entry)
         _compare(what, value, seen)
     if hostkit:
         _compare("pixel points and placement", model.observe_pixels(), module.observe_pixels())
