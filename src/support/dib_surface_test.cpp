@@ -34,7 +34,9 @@ const platform::DibCalls kFake = {
         g_recorder.calls.emplace_back("context");
         return g_recorder.contextFails ? nullptr : kContext;
     },
-    [](DeviceContext context) { g_recorder.calls.emplace_back(context == kContext ? "delete context" : "delete a stranger"); },
+    [](DeviceContext context) {
+        g_recorder.calls.emplace_back(context == kContext ? "delete context" : "delete a stranger");
+    },
     [] { g_recorder.calls.emplace_back("flush"); },
     [](DeviceContext, const DibHeader &header, void **bits) -> HBITMAP {
         g_recorder.calls.emplace_back("section");
@@ -102,7 +104,8 @@ TEST_F(DibSurface, ContextFailureLeavesTheOutputsUntouched) {
     EXPECT_EQ(g_recorder.calls, Calls{"context"});
     EXPECT_EQ(m_bitmap, kUntouched);
     EXPECT_EQ(m_bits, &m_bitmap);
-    EXPECT_NE(m_log.take().find("CreateDIBSection32 failed to create compatible DC! return FALSE\n"), std::string::npos);
+    EXPECT_NE(m_log.take().find("CreateDIBSection32 failed to create compatible DC! return FALSE\n"),
+              std::string::npos);
 }
 
 TEST_F(DibSurface, BitmapFailureStoresNullAndKeepsTheContext) {
@@ -110,7 +113,8 @@ TEST_F(DibSurface, BitmapFailureStoresNullAndKeepsTheContext) {
     EXPECT_EQ(createDibSection32(kFake, 5, 5, &m_bitmap, &m_bits), 0);
     EXPECT_EQ(g_recorder.calls, (Calls{"context", "flush", "section"}));
     EXPECT_EQ(m_bitmap, nullptr);
-    EXPECT_NE(m_log.take().find("CreateDIBSection32 failed to create bitmap handle! error code = 0x57\n"), std::string::npos);
+    EXPECT_NE(m_log.take().find("CreateDIBSection32 failed to create bitmap handle! error code = 0x57\n"),
+              std::string::npos);
 }
 
 TEST_F(DibSurface, OverflowingSizesAreStatedWrongAndLeftToTheSystem) {
