@@ -22,7 +22,8 @@ class TintSink {
         if (m_blank)
             std::fill_n(pixels, end - first, m_color);
         else
-            std::transform(pixels, pixels + (end - first), pixels, [this](Pixel below) { return over(below, m_color); });
+            std::transform(pixels, pixels + (end - first), pixels,
+                           [this](Pixel below) { return over(below, m_color); });
     }
     void spanOrNone(std::int32_t first, std::int32_t end) {
         if (first != end)

@@ -13,8 +13,8 @@ namespace canvas {
 /// graded. The stroke covers the stairs of that edge; no smoothing is spent on them.
 class AreaFill {
   public:
-    /// Lays `color` over the mask's pixels. An outline that has no mask (open, fewer than three anchors, coordinates that
-    /// the mask refuses) is left alone. Whether anything was filled; throws std::bad_alloc.
+    /// Lays `color` over the mask's pixels. An outline that has no mask (open, fewer than three anchors, coordinates
+    /// that the mask refuses) is left alone. Whether anything was filled; throws std::bad_alloc.
     bool fill(Surface &surface, std::span<const MPoint> points, Pixel color);
 
   private:

@@ -37,13 +37,14 @@ TEST(AreaFill, TintsExactlyTheMask) {
         EXPECT_TRUE(fill.fill(surface, points, kTint));
 
         std::vector<Quill::MaskRun> runs;
-        ASSERT_EQ(Quill::MaskHandler::ConvertPoints2Mask(points.data(), static_cast<int>(points.size()), kWidth, kHeight,
-                                                         false, nullptr, &runs),
+        ASSERT_EQ(Quill::MaskHandler::ConvertPoints2Mask(points.data(), static_cast<int>(points.size()), kWidth,
+                                                         kHeight, false, nullptr, &runs),
                   S_OK);
         std::vector<canvas::Pixel> expected(kWidth * kHeight, 0);
         for (const Quill::MaskRun &run : runs)
             std::fill_n(expected.begin() + run.row * kWidth + run.column, run.length, kTint);
-        ASSERT_EQ(std::vector<canvas::Pixel>(surface.pixels(), surface.pixels() + surface.pixelCount()), expected) << round;
+        ASSERT_EQ(std::vector<canvas::Pixel>(surface.pixels(), surface.pixels() + surface.pixelCount()), expected)
+            << round;
     }
 }
 

@@ -11,9 +11,9 @@ namespace canvas {
 
 /// The stand-alone drawing component: the interface's method table over a surface and a painter.
 ///
-/// The buffer holds straight alpha. Drawing calls without a surface succeed and draw nothing; bad arguments are E_POINTER
-/// or E_INVALIDARG and change nothing; positions that no caller uses answer E_NOTIMPL. Not thread-safe but for the
-/// reference count, as the interface says.
+/// The buffer holds straight alpha. Drawing calls without a surface succeed and draw nothing; bad arguments are
+/// E_POINTER or E_INVALIDARG and change nothing; positions that no caller uses answer E_NOTIMPL. Not thread-safe but
+/// for the reference count, as the interface says.
 class CanvasComponent final : public OverlayCanvas {
   public:
     /// Made with one reference, which is the caller's.
@@ -33,7 +33,8 @@ class CanvasComponent final : public OverlayCanvas {
     HRESULT STDMETHODCALLTYPE DrawOutline(const MPoint *points, INT count, const OutlineStyle &style, BYTE isMask,
                                           float sizeScale) override;
     HRESULT STDMETHODCALLTYPE DrawMarker(const MPoint &point, UINT size, const CanvasColor &color) override;
-    HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) override;
+    HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border,
+                                         const CanvasColor &fill) override;
     HRESULT STDMETHODCALLTYPE Clear() override;
     HRESULT STDMETHODCALLTYPE HideAllPoints() override;
 

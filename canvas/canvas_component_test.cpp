@@ -162,7 +162,8 @@ TEST(CanvasComponent, HidingPointsLastsUntilTheNextClearOrOutline) {
     EXPECT_EQ(canvas.hideAllPoints(), S_OK);
     EXPECT_EQ(canvas.drawOutline(scene.points.data(), 15, &kEditorStyle, 0, 1), S_OK);
     EXPECT_EQ(canvas.drawMarker(&scene.points[6], 9, &kWhite), S_OK);
-    EXPECT_EQ(pixelsOf(canvas)[static_cast<std::size_t>(scene.points[6].y) * scene.width + static_cast<std::size_t>(scene.points[6].x)],
+    EXPECT_EQ(pixelsOf(canvas)[static_cast<std::size_t>(scene.points[6].y) * scene.width +
+                               static_cast<std::size_t>(scene.points[6].x)],
               0xFFFFFFFF)
         << "an outline ends it";
 }
@@ -273,8 +274,14 @@ TEST(CanvasComponent, SizesFromNothingToTheLargest) {
 
 TEST(CanvasComponent, HostileCoordinates) {
     std::mt19937 random(12);
-    constexpr std::int32_t kExtremes[] = {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max(),
-                                          0, -1, 40, 8388607, -8388608, 1 << 30};
+    constexpr std::int32_t kExtremes[] = {std::numeric_limits<std::int32_t>::min(),
+                                          std::numeric_limits<std::int32_t>::max(),
+                                          0,
+                                          -1,
+                                          40,
+                                          8388607,
+                                          -8388608,
+                                          1 << 30};
     const RawCanvas canvas;
     ASSERT_EQ(canvas.setSize(61, 43), S_OK);
     const int rounds = canvas::testing::longTests() ? 20000 : 400;
@@ -287,8 +294,11 @@ TEST(CanvasComponent, HostileCoordinates) {
             point.handleShown = static_cast<std::uint32_t>(random() % 3);
         }
         const auto scale = static_cast<float>(random() % 9) / 2;
-        EXPECT_EQ(canvas.drawOutline(points.data(), static_cast<INT>(points.size()), &kEditorStyle, round % 2 == 0, scale), S_OK);
-        const PixelRect rect = {kExtremes[random() % 8], kExtremes[random() % 8], kExtremes[random() % 8], kExtremes[random() % 8]};
+        EXPECT_EQ(
+            canvas.drawOutline(points.data(), static_cast<INT>(points.size()), &kEditorStyle, round % 2 == 0, scale),
+            S_OK);
+        const PixelRect rect = {kExtremes[random() % 8], kExtremes[random() % 8], kExtremes[random() % 8],
+                                kExtremes[random() % 8]};
         EXPECT_EQ(canvas.drawRegion(&rect, &kWhite, &kEditorStyle.fill), S_OK);
         if (!points.empty()) {
             EXPECT_EQ(canvas.drawMarker(&points[0], static_cast<UINT>(kExtremes[random() % 8]), &kWhite), S_OK);

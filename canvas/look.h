@@ -19,7 +19,8 @@ inline constexpr float kHandleLineCoreHalfWidth = 0.5F;
 inline constexpr float kHandleLineEdgeWidth = 1.0F;
 inline constexpr Pixel kEdgeColor = 0xB0000000;
 
-// Marks: a dark ring, a light ring, and the colour inside. Sizes are odd at every scale, so that a mark has a middle pixel.
+// Marks: a dark ring, a light ring, and the colour inside. Sizes are odd at every scale, so that a mark has a middle
+// pixel.
 inline constexpr float kAnchorRadius = 5.0F;
 inline constexpr float kHandleRadius = 5.0F;
 inline constexpr Pixel kDarkRing = 0xE0000000;

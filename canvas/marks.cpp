@@ -91,7 +91,8 @@ void Stamp::paint(Surface &surface, std::int32_t x, std::int32_t y) const {
 
 const Stamp &MarkPainter::stamp(MarkShape shape, std::span<const MarkLayer> layers) {
     const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
-        return entry.shape == shape && std::equal(layers.begin(), layers.end(), entry.layers.begin(), entry.layers.end());
+        return entry.shape == shape &&
+               std::equal(layers.begin(), layers.end(), entry.layers.begin(), entry.layers.end());
     });
     if (found != m_entries.end())
         return found->stamp;

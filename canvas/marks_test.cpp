@@ -18,7 +18,8 @@ using canvas::Surface;
 
 constexpr Pixel kColor = 0xFF4AE1E1;
 
-std::vector<Pixel> drawn(MarkShape shape, std::uint32_t size, int x, int y, int width, int height, Pixel color = kColor) {
+std::vector<Pixel> drawn(MarkShape shape, std::uint32_t size, int x, int y, int width, int height,
+                         Pixel color = kColor) {
     Surface surface;
     EXPECT_EQ(surface.resize(static_cast<UINT>(width), static_cast<UINT>(height)), S_OK);
     MarkPainter painter;
@@ -51,7 +52,9 @@ TEST(Marks, EverySizeIsSymmetricAndCoversItsArea) {
     for (const MarkShape shape : {MarkShape::Square, MarkShape::Round})
         for (std::uint32_t size = 1; size <= 76; ++size) {
             const auto pixels = drawn(shape, size, kMiddle, kMiddle, kSide, kSide);
-            const auto at = [&](int dx, int dy) { return pixels[static_cast<std::size_t>((kMiddle + dy) * kSide + kMiddle + dx)]; };
+            const auto at = [&](int dx, int dy) {
+                return pixels[static_cast<std::size_t>((kMiddle + dy) * kSide + kMiddle + dx)];
+            };
             double area = 0;
             for (int dy = -kMiddle; dy <= kMiddle; ++dy)
                 for (int dx = -kMiddle; dx <= kMiddle; ++dx) {

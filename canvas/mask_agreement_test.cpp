@@ -26,8 +26,8 @@ constexpr int kHeight = 200;
 std::vector<Place> maskBorder(const std::vector<MPoint> &points) {
     const Quill::RasterEngineOverride portable(Quill::RasterEngine::Portable);
     std::vector<Quill::MaskRun> runs;
-    EXPECT_EQ(Quill::MaskHandler::ConvertPoints2Mask(points.data(), static_cast<int>(points.size()), kWidth, kHeight, false,
-                                                     nullptr, &runs),
+    EXPECT_EQ(Quill::MaskHandler::ConvertPoints2Mask(points.data(), static_cast<int>(points.size()), kWidth, kHeight,
+                                                     false, nullptr, &runs),
               S_OK);
     std::vector<char> mask(kWidth * kHeight, 0);
     for (const Quill::MaskRun &run : runs)
@@ -44,8 +44,8 @@ std::vector<Place> maskBorder(const std::vector<MPoint> &points) {
     return border;
 }
 
-// The centre of the stroke: the pixels that the core covers whole. At scale 1 those are the ones within a quarter of a pixel
-// of its line, at scale 2 the ones within a pixel.
+// The centre of the stroke: the pixels that the core covers whole. At scale 1 those are the ones within a quarter of a
+// pixel of its line, at scale 2 the ones within a pixel.
 std::vector<Place> strokeCentre(const std::vector<MPoint> &points, float scale) {
     canvas::testing::Scene scene;
     scene.width = kWidth;
@@ -55,7 +55,8 @@ std::vector<Place> strokeCentre(const std::vector<MPoint> &points, float scale) 
     scene.hidePoints = true;
     const auto picture = canvas::testing::render(scene);
     const auto &stroke = canvas::testing::kEditorStyle.stroke;
-    const std::uint32_t core = 0xFF000000U | static_cast<std::uint32_t>(stroke.red << 16 | stroke.green << 8 | stroke.blue);
+    const std::uint32_t core =
+        0xFF000000U | static_cast<std::uint32_t>(stroke.red << 16 | stroke.green << 8 | stroke.blue);
     std::vector<Place> centre;
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x)

@@ -24,7 +24,8 @@ void flattenOutline(std::span<const MPoint> points, int width, int height, int m
     if (points.empty())
         return;
 
-    // The flattener culls against a surface that starts at the origin; moving the chain by the margin changes no vertex.
+    // The flattener culls against a surface that starts at the origin; moving the chain by the margin changes no
+    // vertex.
     const Quill::FlattenClip clip = {width + 2 * margin, height + 2 * margin};
     const std::int32_t shift = Quill::toFixed(margin);
     const auto shifted = [shift](const MPoint &point) {
@@ -35,8 +36,9 @@ void flattenOutline(std::span<const MPoint> points, int width, int height, int m
     for (std::size_t i = 0; i + kStride - 1 < points.size(); i += kStride) {
         const std::size_t next = i + kStride < points.size() ? i + kStride : 0;
         if (next != 0 || path.closed)
-            Quill::flattenSegment({shifted(points[i]), shifted(points[i + 1]), shifted(points[i + 2]), shifted(points[next])},
-                                  path.vertices, &clip);
+            Quill::flattenSegment(
+                {shifted(points[i]), shifted(points[i + 1]), shifted(points[i + 2]), shifted(points[next])},
+                path.vertices, &clip);
     }
     for (Quill::FixedPoint &vertex : path.vertices) {
         vertex.x -= shift;

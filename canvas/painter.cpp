@@ -97,9 +97,8 @@ void OutlinePainter::paintMarks(Surface &surface, const Outline &outline) {
             anchorMark.paint(surface, outline.points[i].x, outline.points[i].y);
     const auto handleLayers = markLayers(kHandleRadius, outline.style.handle, outline.scale);
     const Stamp &handleMark = m_marks.stamp(MarkShape::Round, handleLayers);
-    forEachShownHandle(outline.points, [&](const MPoint &, const MPoint &control) {
-        handleMark.paint(surface, control.x, control.y);
-    });
+    forEachShownHandle(outline.points,
+                       [&](const MPoint &, const MPoint &control) { handleMark.paint(surface, control.x, control.y); });
 }
 
 } // namespace canvas

@@ -34,8 +34,8 @@ constexpr Pixel withCoverage(Pixel color, std::uint32_t coverage) {
     return alpha == 0 ? kTransparent : (color & 0x00FFFFFF) | alpha << 24;
 }
 
-/// `source` laid over `below` (Porter and Duff's "over", straight alpha in and out), rounded to nearest. Integers only, so
-/// that the bytes are the same on every machine.
+/// `source` laid over `below` (Porter and Duff's "over", straight alpha in and out), rounded to nearest. Integers only,
+/// so that the bytes are the same on every machine.
 constexpr Pixel over(Pixel below, Pixel source) {
     const std::uint32_t sourceAlpha = alphaOf(source);
     const std::uint32_t belowAlpha = alphaOf(below);

@@ -36,7 +36,8 @@ struct Perform {
     OverlayCanvas &canvas;
 
     HRESULT operator()(const DrawOutline &o) const {
-        return canvas.DrawOutline(o.points.data(), static_cast<INT>(o.points.size()), canvas::testing::kEditorStyle, o.isMask, o.scale);
+        return canvas.DrawOutline(o.points.data(), static_cast<INT>(o.points.size()), canvas::testing::kEditorStyle,
+                                  o.isMask, o.scale);
     }
     HRESULT operator()(const DrawMarker &o) const { return canvas.DrawMarker(o.point, o.size, o.color); }
     HRESULT operator()(const DrawRegion &o) const {
@@ -66,8 +67,9 @@ class Source {
         case 0:
         case 1:
         case 2: {
-            auto points = below(2) ? canvas::testing::blob(between(3, 9), between(0, 180), between(0, 140), between(5, 150), 0.3)
-                                   : std::vector<MPoint>(static_cast<std::size_t>(below(20)));
+            auto points =
+                below(2) ? canvas::testing::blob(between(3, 9), between(0, 180), between(0, 140), between(5, 150), 0.3)
+                         : std::vector<MPoint>(static_cast<std::size_t>(below(20)));
             for (MPoint &p : points) {
                 if (p == MPoint())
                     p = point();
@@ -80,7 +82,8 @@ class Source {
         case 4:
             return HidePoints{};
         default:
-            return DrawMarker{point(), static_cast<UINT>(between(0, 90)), CanvasColor::fromArgb(static_cast<std::uint32_t>(m_random()))};
+            return DrawMarker{point(), static_cast<UINT>(between(0, 90)),
+                              CanvasColor::fromArgb(static_cast<std::uint32_t>(m_random()))};
         }
     }
 
@@ -124,7 +127,8 @@ void runSequence(unsigned seed, int steps) {
         ASSERT_EQ(fresh->SetSize(width, height, 1, 1), S_OK);
         for (const Operation &operation : sinceClear)
             std::visit(Perform{*fresh.get()}, operation);
-        ASSERT_EQ(pictureOf(*used.get(), width, height), pictureOf(*fresh.get(), width, height)) << "seed " << seed << " step " << step;
+        ASSERT_EQ(pictureOf(*used.get(), width, height), pictureOf(*fresh.get(), width, height))
+            << "seed " << seed << " step " << step;
         BYTE *buffer = nullptr;
         std::uint64_t length = 0;
         ASSERT_EQ(used->GetBuffer(&buffer, &length), S_OK);

@@ -69,7 +69,8 @@ TEST(Region, SmallestRectanglesBlendNoPixelTwice) {
             const auto pixels = drawn({6, 5, width, height});
             for (int y = 0; y < 20; ++y)
                 for (int x = 0; x < 24; ++x)
-                    ASSERT_EQ(pixels[static_cast<std::size_t>(y * 24 + x)], expected(x, y, 6, 5, 6 + width, 5 + height));
+                    ASSERT_EQ(pixels[static_cast<std::size_t>(y * 24 + x)],
+                              expected(x, y, 6, 5, 6 + width, 5 + height));
         }
 }
 

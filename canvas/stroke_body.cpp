@@ -94,8 +94,11 @@ StrokeBodyRows::StrokeBodyRows(const StrokeBody &body, double reach, double step
 
     const double normalX = -body.directionY;
     const double normalY = body.directionX;
-    // A half plane normal . (position - at) >= -slack, solved for the column, is a bound that moves by -normalY / normalX.
-    const auto awayFromRows = [](double nx) { return std::abs(nx) < kLeastNormal ? std::copysign(kLeastNormal, nx) : nx; };
+    // A half plane normal . (position - at) >= -slack, solved for the column, is a bound that moves by -normalY /
+    // normalX.
+    const auto awayFromRows = [](double nx) {
+        return std::abs(nx) < kLeastNormal ? std::copysign(kLeastNormal, nx) : nx;
+    };
     int upper = 3;
     const double sideNormal = awayFromRows(normalX);
     const double sideStep = -normalY / sideNormal;

@@ -42,8 +42,8 @@ struct StrokeBody {
     }
 };
 
-/// Lets two consecutive bodies meet along their bisector. False when they turn too sharply for that: both stay cut straight,
-/// and a dot has to round the corner.
+/// Lets two consecutive bodies meet along their bisector. False when they turn too sharply for that: both stay cut
+/// straight, and a dot has to round the corner.
 bool joinBodies(StrokeBody &before, StrokeBody &after);
 
 /// A bound on the columns of a row that moves with the row: by `step` a row. Fixed point, kColumnFraction bits.
@@ -57,14 +57,14 @@ struct StrokeBodyRows {
     static constexpr int kColumnFraction = 16;
     static constexpr int kDistanceFraction = 20;
 
-    /// The bounds of the first row: lower ones from the front, upper ones from the back. The sides of the strip give one of
-    /// either kind; the two ends may give the same kind.
+    /// The bounds of the first row: lower ones from the front, upper ones from the back. The sides of the strip give
+    /// one of either kind; the two ends may give the same kind.
     MovingBound bounds[4];
     int lowerCount = 0;
     int firstRow = 0;
     int endRow = 0;
-    /// Distance of column 0 of the first row, and its growth from column to column and from row to row; kDistanceFraction
-    /// bits of the unit in which 255 are at least the reach.
+    /// Distance of column 0 of the first row, and its growth from column to column and from row to row;
+    /// kDistanceFraction bits of the unit in which 255 are at least the reach.
     std::int64_t distance = 0;
     std::int64_t perColumn = 0;
     std::int64_t perRow = 0;
@@ -76,7 +76,8 @@ struct StrokeBodyRows {
     void limit(int &upper, double step, bool isLower, double column);
 };
 
-/// Calls visit(row, firstColumn, endColumn, distance of the first column) for every row that has columns within the width.
+/// Calls visit(row, firstColumn, endColumn, distance of the first column) for every row that has columns within the
+/// width.
 template <int LowerCount, typename Visit>
 void forEachRow(const StrokeBodyRows &rows, int width, Visit &visit) {
     constexpr int kFraction = StrokeBodyRows::kColumnFraction;
@@ -96,7 +97,8 @@ void forEachRow(const StrokeBodyRows &rows, int width, Visit &visit) {
         const std::int64_t first = (lower + kAlmostOne) >> kFraction;
         const std::int64_t last = upper >> kFraction;
         if (first <= last)
-            visit(row, static_cast<int>(first), static_cast<int>(last + 1), static_cast<std::int32_t>(distance + first * rows.perColumn));
+            visit(row, static_cast<int>(first), static_cast<int>(last + 1),
+                  static_cast<std::int32_t>(distance + first * rows.perColumn));
     }
 }
 

@@ -17,22 +17,24 @@ struct StrokeLook {
 
     /// Distance from the centre line at which nothing is left of the stroke, half a pixel of smoothing included.
     float reach() const { return edgeHalfWidth + 0.5F; }
-    /// Steps of nearness in a pixel. A whole number, so that lines through pixel centres meet their neighbours' centres at
-    /// exactly representable distances and come out crisp.
+    /// Steps of nearness in a pixel. A whole number, so that lines through pixel centres meet their neighbours' centres
+    /// at exactly representable distances and come out crisp.
     int stepsPerPixel() const { return static_cast<int>(255 / reach()); }
     friend bool operator==(const StrokeLook &, const StrokeLook &) = default;
 };
 
-/// What a stroke of one look puts down at each nearness to its centre line: 255 is the centre, one step less for each part of
-/// a pixel further away (StrokeLook::stepsPerPixel); 0 is no stroke.
+/// What a stroke of one look puts down at each nearness to its centre line: 255 is the centre, one step less for each
+/// part of a pixel further away (StrokeLook::stepsPerPixel); 0 is no stroke.
 class StrokePalette {
   public:
-    /// Prepares the pixels as they come out over nothing, and over the colour that much of the surface is expected to have.
+    /// Prepares the pixels as they come out over nothing, and over the colour that much of the surface is expected to
+    /// have.
     void prepare(const StrokeLook &look, Pixel expected);
 
     Pixel expected() const { return m_expected; }
 
-    /// The pixel at a nearness over nothing; over `below`, which is transparent or the expected colour; over any colour.
+    /// The pixel at a nearness over nothing; over `below`, which is transparent or the expected colour; over any
+    /// colour.
     Pixel overNothing(std::uint8_t nearness) const { return m_pixels[nearness]; }
     Pixel overKnown(Pixel below, std::uint8_t nearness) const {
         return m_pixels[static_cast<std::size_t>(below != kTransparent) << 8 | nearness];

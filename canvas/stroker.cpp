@@ -9,24 +9,24 @@
 #include "platform/lanes.h"
 #include "platform/prefetch.h"
 
-// Strokes by distance. Every pixel near a line gets a byte that says how near it is, the maximum over all lines that reach
-// it, and a palette turns the bytes of a row into pixels. Coverage, dark edge and core are functions of the distance
-// alone, so one pass draws what otherwise takes two strokes.
+// Strokes by distance. Every pixel near a line gets a byte that says how near it is, the maximum over all lines that
+// reach it, and a palette turns the bytes of a row into pixels. Coverage, dark edge and core are functions of the
+// distance alone, so one pass draws what otherwise takes two strokes.
 //
 // The distance from a straight line is linear along a row: one multiplication for a row's span and additions from there
 // on, eight pixels at a time in 16 bits. A segment's body is the part of its strip between the bisectors at its two
-// joints, so that smooth joints need no extra work and no pixel is computed twice; only where the line turns sharply, or
-// ends, a dot with the true distance from the vertex rounds the corner. Setting up is done in double precision, which is
-// the same everywhere; the rest is integers.
+// joints, so that smooth joints need no extra work and no pixel is computed twice; only where the line turns sharply,
+// or ends, a dot with the true distance from the vertex rounds the corner. Setting up is done in double precision,
+// which is the same everywhere; the rest is integers.
 //
 // Spans are sorted into rows first and painted row by row, so that the nearness of only one row exists, in the cache,
-// whatever the surface's size. Memory is in proportion to the ink; a picture with more ink than kMostSpans is painted in
-// bands.
+// whatever the surface's size. Memory is in proportion to the ink; a picture with more ink than kMostSpans is painted
+// in bands.
 //
-// Rejected: filling the stroke's outline as a polygon (a general rasterizer sorts what is known here beforehand, and edge
-// and core are two of them); blending every segment straight into the surface (joints and crossings are blended twice); a
-// byte a pixel for the whole surface (twice the cache misses); the distance from the segment itself, with a square root
-// for every pixel (several times the work for the same picture).
+// Rejected: filling the stroke's outline as a polygon (a general rasterizer sorts what is known here beforehand, and
+// edge and core are two of them); blending every segment straight into the surface (joints and crossings are blended
+// twice); a byte a pixel for the whole surface (twice the cache misses); the distance from the segment itself, with a
+// square root for every pixel (several times the work for the same picture).
 
 namespace canvas {
 namespace {
@@ -43,33 +43,33 @@ constexpr int kLaneFraction = 6;
 constexpr int kToLane = StrokeBodyRows::kDistanceFraction - kLaneFraction;
 constexpr int kLanes = platform::Int16Lanes::kCount;
 
-// Raises the bytes [0, count) to the nearness of pixels whose distance starts at `distance` and grows by `step` each, both
-// with kDistanceFraction bits. Up to seven bytes behind them are written as they are.
-inline void raiseNearness(std::uint8_t *nearness, std::int32_t distance, std::int32_t step, int count) {
+// The nearness of pixels whose distance starts at `distance` and grows by `step` each, both with kDistanceFraction bits.
+// Lanes whose pixel is out of reach may have wrapped around.
+inline platform::Int16Lanes nearnessOf(std::int32_t distance, std::int32_t step) {
     using platform::Int16Lanes;
-    const Int16Lanes centre = Int16Lanes::all(255);
-    const Int16Lanes ramp = Int16Lanes::ramp();
-    const Int16Lanes growth = ramp * Int16Lanes::all(step >> kToLane);
-    for (;;) {
-        const Int16Lanes left = centre - (Int16Lanes::all(distance >> kToLane) + growth).magnitude().shifted<kLaneFraction>();
-        if (count <= kLanes) {
-            // Lanes from `count` on may have wrapped around.
-            left.where(ramp, Int16Lanes::all(count)).raise(nearness);
-            return;
-        }
-        left.raise(nearness);
-        nearness += kLanes;
-        distance += kLanes * step;
-        count -= kLanes;
-    }
+    const Int16Lanes growth = Int16Lanes::ramp() * Int16Lanes::all(step >> kToLane);
+    const Int16Lanes distances = Int16Lanes::all(distance >> kToLane) + growth;
+    return Int16Lanes::all(255) - distances.magnitude().shifted<kLaneFraction>();
+}
+
+// The first `count` lanes, 0 in the others.
+inline platform::Int16Lanes firstLanes(const platform::Int16Lanes &lanes, int count) {
+    return lanes.where(platform::Int16Lanes::ramp(), platform::Int16Lanes::all(count));
+}
+
+// Raises the bytes [0, count) to the nearness of pixels. Up to seven bytes behind them are written as they are.
+inline void raiseNearness(std::uint8_t *nearness, std::int32_t distance, std::int32_t step, int count) {
+    for (; count > kLanes; nearness += kLanes, distance += kLanes * step, count -= kLanes)
+        nearnessOf(distance, step).raise(nearness);
+    firstLanes(nearnessOf(distance, step), count).raise(nearness);
 }
 
 // Pixels that are painted at once.
 constexpr int kBlock = 8;
 static_assert(kBlock >= kLanes);
 
-// Lays a block of stroke over the surface and resets its nearness.
-inline void paintBlock(Pixel *pixels, std::uint8_t *nearness, const StrokePalette &palette) {
+// Lays a block of stroke over the surface.
+inline void paintBlock(Pixel *pixels, const std::uint8_t *nearness, const StrokePalette &palette) {
     static_assert(kBlock == 8);
     if (platform::allZero(pixels)) {
         for (int i = 0; i < kBlock; ++i)
@@ -81,7 +81,6 @@ inline void paintBlock(Pixel *pixels, std::uint8_t *nearness, const StrokePalett
         for (int i = 0; i < kBlock; ++i)
             pixels[i] = palette.overAny(pixels[i], nearness[i]);
     }
-    std::memset(nearness, 0, kBlock);
 }
 
 } // namespace
@@ -218,12 +217,13 @@ void Stroker::addDotSpans(std::int32_t dot, int firstRow, int endRow) {
     const int top = static_cast<int>(std::max(std::ceil(centre.y - m_reach), static_cast<double>(firstRow)));
     const int bottom = static_cast<int>(std::min(std::floor(centre.y + m_reach), static_cast<double>(endRow - 1)));
     const int first = static_cast<int>(std::max(std::ceil(centre.x - m_reach), 0.0));
-    const int end = static_cast<int>(std::min(std::floor(centre.x + m_reach) + 1, static_cast<double>(m_surface->width())));
+    const int end =
+        static_cast<int>(std::min(std::floor(centre.x + m_reach) + 1, static_cast<double>(m_surface->width())));
     for (int y = top; y <= bottom && first < end; ++y) {
         std::int32_t &head = m_rowHeads[static_cast<std::size_t>(y - m_firstRow)];
         const auto index = static_cast<std::int32_t>(m_spans.size());
-        m_spans.push_back({std::exchange(head, index), static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(end),
-                           dot, kDotSpan});
+        m_spans.push_back({std::exchange(head, index), static_cast<std::uint16_t>(first),
+                           static_cast<std::uint16_t>(end), dot, kDotSpan});
     }
 }
 
@@ -246,8 +246,18 @@ void Stroker::paintRow(int y, const StrokePalette &palette) {
     const std::size_t count = gatherRow(y);
     const Span *const spansEnd = m_rowSpans.data() + count;
     for (const Span *span = m_rowSpans.data(); span != spansEnd;) {
-        // Spans that overlap become one stretch.
         const int first = span->first;
+        const int length = span->end - first;
+        const bool isAlone = span + 1 == spansEnd || span[1].first >= span->end;
+        if (isAlone && length <= kLanes && first + kBlock <= width && span->step != kDotSpan) {
+            // The commonest case by far: a steep line and nothing else.
+            std::uint8_t block[kBlock];
+            firstLanes(nearnessOf(span->distance, span->step), length).store(block);
+            paintBlock(m_surface->touch(y, first, length), block, palette);
+            ++span;
+            continue;
+        }
+        // Spans that overlap become one stretch.
         int end = first + 1;
         do {
             std::uint8_t *const target = nearness + (span->first - first);
@@ -269,13 +279,13 @@ void Stroker::paintStretch(Pixel *pixels, int count, int room, const StrokePalet
     int done = 0;
     for (; done < count && done + kBlock <= room; done += kBlock)
         paintBlock(pixels + done, nearness + done, palette);
-    for (; done < count; ++done) {
+    for (; done < count; ++done)
         pixels[done] = palette.overAny(pixels[done], nearness[done]);
-        nearness[done] = 0;
-    }
+    std::memset(nearness, 0, static_cast<std::size_t>(count));
 }
 
-// Copies the spans of a row, sorted by their first columns: a handful as they come, more by the library. Returns how many.
+// Copies the spans of a row, sorted by their first columns: a handful as they come, more by the library. Returns how
+// many.
 std::size_t Stroker::gatherRow(int y) {
     constexpr std::ptrdiff_t kHandful = 16;
     const auto isBefore = [](const Span &a, const Span &b) { return a.first < b.first; };

@@ -12,17 +12,18 @@
 
 namespace canvas {
 
-/// Draws anti-aliased lines. Lines are collected first and painted together: where they overlap, the nearest one counts,
-/// so that joints and crossings are seamless and no pixel is blended twice. Keeps its memory from one use to the next.
+/// Draws anti-aliased lines. Lines are collected first and painted together: where they overlap, the nearest one
+/// counts, so that joints and crossings are seamless and no pixel is blended twice. Keeps its memory from one use to
+/// the next.
 class Stroker {
   public:
     /// Starts a collection of lines of one look for this surface.
     void begin(Surface &surface, const StrokeLook &look);
-    /// A line through all positions, with round joints; `closed` joins its end, where it starts, too, and an open one has
-    /// round ends. A single position is a dot.
+    /// A line through all positions, with round joints; `closed` joins its end, where it starts, too, and an open one
+    /// has round ends. A single position is a dot.
     void addPolyline(std::span<const Position> positions, bool closed);
-    /// Lays the collected lines over the surface in the palette of their look. All three throw std::bad_alloc; the surface is whole then, but part of the
-    /// lines may be missing.
+    /// Lays the collected lines over the surface in the palette of their look. All three throw std::bad_alloc; the
+    /// surface is whole then, but part of the lines may be missing.
     void paint(const StrokePalette &palette);
 
   private:

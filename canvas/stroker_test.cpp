@@ -30,7 +30,8 @@ double distanceTo(const Position &a, const Position &b, double x, double y) {
     const double dx = b.x - a.x;
     const double dy = b.y - a.y;
     const double lengthSquared = dx * dx + dy * dy;
-    const double along = lengthSquared > 0 ? std::clamp(((x - a.x) * dx + (y - a.y) * dy) / lengthSquared, 0.0, 1.0) : 0;
+    const double along =
+        lengthSquared > 0 ? std::clamp(((x - a.x) * dx + (y - a.y) * dy) / lengthSquared, 0.0, 1.0) : 0;
     return std::hypot(x - a.x - along * dx, y - a.y - along * dy);
 }
 
@@ -67,11 +68,14 @@ void expectTrueDistances(const Positions &line, bool closed, float halfWidth, do
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const double distance = distanceTo(line, x, y);
-            const auto nearest = static_cast<int>(std::clamp(std::ceil(255 - (distance - tolerance) * perPixel), 0.0, 255.0));
-            const auto farthest = static_cast<int>(std::clamp(std::floor(255 - (distance + tolerance) * perPixel), 0.0, 255.0));
+            const auto nearest =
+                static_cast<int>(std::clamp(std::ceil(255 - (distance - tolerance) * perPixel), 0.0, 255.0));
+            const auto farthest =
+                static_cast<int>(std::clamp(std::floor(255 - (distance + tolerance) * perPixel), 0.0, 255.0));
             bool found = false;
             for (int nearness = farthest; nearness <= nearest && !found; ++nearness)
-                found = palette.overNothing(static_cast<std::uint8_t>(nearness)) == pixels[static_cast<std::size_t>(y * width + x)];
+                found = palette.overNothing(static_cast<std::uint8_t>(nearness)) ==
+                        pixels[static_cast<std::size_t>(y * width + x)];
             ASSERT_TRUE(found) << "at " << x << ", " << y << " of distance " << distance << ": " << std::hex
                                << pixels[static_cast<std::size_t>(y * width + x)];
         }
@@ -84,7 +88,8 @@ TEST(Stroker, DotIsRound) {
 TEST(Stroker, LinesInAllDirectionsHaveTrueDistances) {
     for (int i = 0; i < 64; ++i) {
         const double angle = i * 6.283185307179586 / 64;
-        expectTrueDistances({{32, 32}, {32 + 24 * std::cos(angle), 32 + 24 * std::sin(angle)}}, false, 2.5F, 0.03, 64, 64);
+        expectTrueDistances({{32, 32}, {32 + 24 * std::cos(angle), 32 + 24 * std::sin(angle)}}, false, 2.5F, 0.03, 64,
+                            64);
     }
 }
 

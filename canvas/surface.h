@@ -13,8 +13,8 @@ namespace canvas {
 /// Longest side of a surface in pixels.
 inline constexpr UINT kLongestSide = 32768;
 
-/// The overlay picture: a 32-bit surface, rows top to bottom without padding, that remembers the spans it was drawn upon and
-/// clears only those. Its address stays the same until the size changes.
+/// The overlay picture: a 32-bit surface, rows top to bottom without padding, that remembers the spans it was drawn
+/// upon and clears only those. Its address stays the same until the size changes.
 class Surface {
   public:
     Surface() = default;

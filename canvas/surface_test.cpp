@@ -12,7 +12,8 @@ using canvas::Pixel;
 using canvas::Surface;
 
 bool isTransparent(Surface &surface) {
-    return std::all_of(surface.pixels(), surface.pixels() + surface.pixelCount(), [](Pixel pixel) { return pixel == 0; });
+    return std::all_of(surface.pixels(), surface.pixels() + surface.pixelCount(),
+                       [](Pixel pixel) { return pixel == 0; });
 }
 
 TEST(Surface, StartsEmptyAndBecomesTransparent) {

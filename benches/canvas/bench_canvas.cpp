@@ -3,12 +3,12 @@
 //
 //     stroke    the outline's line alone; competitors draw the dark edge and the core as two strokes
 //     core      one stroke of theirs, against our whole line
-//     redraw    clear, line, anchors, all handles, hover mark, every anchor selected; "editor": the handles of one anchor,
-//               which is what the editor shows at most; "mask": with the fill
+//     redraw    clear, line, anchors, all handles, hover mark, every anchor selected; "editor": with the handles of one
+//               anchor, which is what the editor shows at most; "mask": with the fill
 //
-// Every drawer gets the same rotating outlines of 24 anchors, half as tall as the picture, so that no branch predictor learns
-// one of them. Processor time, medians of interleaved repetitions; the ratios stand at the end. Our stroke includes
-// clearing the one before, which the others are spared. ORVANEL_BENCH_PICTURES=FOLDER writes what each drew.
+// Every drawer gets the same rotating outlines of 24 anchors, half as tall as the picture, so that no branch predictor
+// learns one of them. Processor time, medians of interleaved repetitions; the ratios stand at the end. Our stroke
+// includes clearing the one before, which the others are spared. ORVANEL_BENCH_PICTURES=FOLDER writes what each drew.
 
 #include <benchmark/benchmark.h>
 
@@ -61,8 +61,8 @@ std::vector<Scene> makeScenes(const Format &format, bool isMask, Handles handles
 
 enum class Work { Stroke, Core, Redraw };
 
-void measure(benchmark::State &state, std::unique_ptr<bench::Drawer> (*make)(), const Format &format, Work work, bool isMask,
-             Handles handles) {
+void measure(benchmark::State &state, std::unique_ptr<bench::Drawer> (*make)(), const Format &format, Work work,
+             bool isMask, Handles handles) {
     const std::vector<Scene> scenes = makeScenes(format, isMask, handles);
     const auto drawer = make();
     drawer->resize(format.width, format.height);
@@ -85,7 +85,8 @@ void measure(benchmark::State &state, std::unique_ptr<bench::Drawer> (*make)(), 
 }
 
 void measureMemset(benchmark::State &state, const Format &format) {
-    std::vector<std::uint32_t> surface(static_cast<std::size_t>(format.width) * static_cast<std::size_t>(format.height));
+    std::vector<std::uint32_t> surface(static_cast<std::size_t>(format.width) *
+                                       static_cast<std::size_t>(format.height));
     for (auto _ : state) {
         std::memset(surface.data(), 0, surface.size() * sizeof(surface[0]));
         benchmark::DoNotOptimize(surface.data());
@@ -144,14 +145,15 @@ int main(int argc, char **argv) {
 
     for (const Format &format : kFormats) {
         const std::string where = std::string("/") + format.name;
-        benchmark::RegisterBenchmark(("memset" + where).c_str(), [&format](benchmark::State &state) { measureMemset(state, format); })->Unit(benchmark::kMicrosecond);
+        benchmark::RegisterBenchmark(("memset" + where).c_str(), [&format](benchmark::State &state) {
+            measureMemset(state, format);
+        })->Unit(benchmark::kMicrosecond);
         for (auto *const make : {bench::makeOwnDrawer, bench::makeAggDrawer, bench::makeCairoDrawer}) {
             const std::string who = std::string(make()->name());
             const auto add = [&](const char *what, Work work, bool isMask, Handles handles) {
-                benchmark::RegisterBenchmark((std::string(what) + "/" + who + where).c_str(),
-                                             [=, &format](benchmark::State &state) {
-                                                 measure(state, make, format, work, isMask, handles);
-                                             })
+                benchmark::RegisterBenchmark(
+                    (std::string(what) + "/" + who + where).c_str(),
+                    [=, &format](benchmark::State &state) { measure(state, make, format, work, isMask, handles); })
                     ->Unit(benchmark::kMicrosecond);
             };
             add("stroke", Work::Stroke, false, Handles::All);

@@ -10,8 +10,8 @@
 
 namespace bench {
 
-/// One implementation of the overlay, ours or a competitor's. All draw the same picture on a 32-bit surface: one process,
-/// one thread, the same inputs.
+/// One implementation of the overlay, ours or a competitor's. All draw the same picture on a 32-bit surface: one
+/// process, one thread, the same inputs.
 class Drawer {
   public:
     virtual ~Drawer() = default;

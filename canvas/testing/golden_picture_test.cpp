@@ -27,8 +27,8 @@ TEST_P(GoldenPicture, LooksAsStored) {
             continue;
         if (++different == 1)
             ADD_FAILURE() << "first at column " << i % static_cast<std::size_t>(drawn.width) << ", row "
-                          << i / static_cast<std::size_t>(drawn.width) << ": " << std::hex << drawn.pixels[i] << " instead of "
-                          << stored.pixels[i];
+                          << i / static_cast<std::size_t>(drawn.width) << ": " << std::hex << drawn.pixels[i]
+                          << " instead of " << stored.pixels[i];
     }
     EXPECT_EQ(different, 0);
 }

@@ -28,7 +28,8 @@ using canvas::testing::Scene;
 constexpr std::uint32_t kPaper = 0xFF404040;
 
 Picture blank(int width, int height, std::uint32_t color) {
-    return {width, height, std::vector<std::uint32_t>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), color)};
+    return {width, height,
+            std::vector<std::uint32_t>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), color)};
 }
 
 // What a renderer shows: straight alpha over an opaque picture.
@@ -47,7 +48,8 @@ void place(Picture &sheet, const Picture &overlay, const Picture &background, in
                 continue;
             const int sx = x / factor;
             const int sy = y / factor;
-            const auto below = background.pixels[static_cast<std::size_t>(sy % background.height) * background.width + sx % background.width];
+            const auto below = background.pixels[static_cast<std::size_t>(sy % background.height) * background.width +
+                                                 sx % background.width];
             sheet.pixels[static_cast<std::size_t>(top + y) * sheet.width + left + x] =
                 shown(below, overlay.pixels[static_cast<std::size_t>(sy) * overlay.width + sx]);
         }
@@ -60,7 +62,8 @@ Picture testPattern() {
         for (int x = 0; x < 320; ++x) {
             const auto grey = static_cast<std::uint32_t>(x * 255 / 319);
             constexpr std::uint32_t kBars[] = {0xFF00A5E2, 0xFF65A5E2, 0xFFE14A4A, 0xFFE1E14A, 0xFF4AE14A, 0xFF808080};
-            picture.pixels[static_cast<std::size_t>(y) * 320 + x] = y / 20 % 2 ? kBars[(x / 40 + y / 40) % 6] : 0xFF000000 | grey << 16 | grey << 8 | grey;
+            picture.pixels[static_cast<std::size_t>(y) * 320 + x] =
+                y / 20 % 2 ? kBars[(x / 40 + y / 40) % 6] : 0xFF000000 | grey << 16 | grey << 8 | grey;
         }
     return picture;
 }
@@ -129,8 +132,10 @@ int main(int argc, char **argv) {
     if (arguments.size() >= 4 && arguments[0] == "zoom")
         for (const Scene &scene : scenes)
             if (scene.name.find(arguments[1]) != std::string::npos)
-                return writeZoom(scene, std::max(1, std::atoi(arguments[2].c_str())), arguments[3].c_str(), backgrounds(4));
-    std::fprintf(stderr, "usage: canvas_preview sheet FILE.png [FRAME.png] | zoom STATE FACTOR FILE.png [FRAME.png] | golden "
-                         "FOLDER\n");
+                return writeZoom(scene, std::max(1, std::atoi(arguments[2].c_str())), arguments[3].c_str(),
+                                 backgrounds(4));
+    std::fprintf(stderr,
+                 "usage: canvas_preview sheet FILE.png [FRAME.png] | zoom STATE FACTOR FILE.png [FRAME.png] | golden "
+                 "FOLDER\n");
     return 2;
 }

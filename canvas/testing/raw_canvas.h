@@ -8,8 +8,8 @@
 
 namespace canvas::testing {
 
-/// The component as a foreign caller sees it: a pointer to a table of functions, called by position, every structure as an
-/// address.
+/// The component as a foreign caller sees it: a pointer to a table of functions, called by position, every structure as
+/// an address.
 class RawCanvas {
   public:
     /// Takes over one reference.
@@ -36,7 +36,9 @@ class RawCanvas {
     HRESULT drawOutline(const MPoint *points, INT count, const OutlineStyle *style, BYTE isMask, float scale) const {
         return call(24, points, count, style, isMask, scale);
     }
-    HRESULT drawMarker(const MPoint *point, UINT size, const CanvasColor *color) const { return call(26, point, size, color); }
+    HRESULT drawMarker(const MPoint *point, UINT size, const CanvasColor *color) const {
+        return call(26, point, size, color);
+    }
     HRESULT drawRegion(const PixelRect *rect, const CanvasColor *border, const CanvasColor *fill) const {
         return call(27, rect, border, fill);
     }

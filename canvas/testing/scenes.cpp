@@ -72,7 +72,9 @@ std::vector<MPoint> blob(int anchors, double x, double y, double radius, double 
         positions.emplace_back(static_cast<int>(std::lround(px)), static_cast<int>(std::lround(py)));
     };
     const double handle = radius * kTurn / anchors / 3;
-    const auto distanceOf = [&](int i) { return radius * (1 + wobble * (i % 2 == 0 ? 1 : -1) * (i % 3 == 0 ? 1 : 0.5)); };
+    const auto distanceOf = [&](int i) {
+        return radius * (1 + wobble * (i % 2 == 0 ? 1 : -1) * (i % 3 == 0 ? 1 : 0.5));
+    };
     for (int i = 0; i < anchors; ++i) {
         const double angle = kTurn * i / anchors;
         const double next = kTurn * (i + 1) / anchors;
@@ -100,10 +102,19 @@ std::vector<Scene> goldenScenes() {
     showHandles(roundWithHandles, 3);
     std::vector<MPoint> roundWithAllHandles = round;
     showAllHandles(roundWithAllHandles);
-    const std::vector<MPoint> eight =
-        chain({{30, 60}, {30, 10}, {130, 110}, {130, 60}, {130, 10}, {30, 110}});
-    const std::vector<MPoint> eightOfFour = chain({{30, 35}, {60, 35}, {100, 85}, {130, 85}, {150, 85}, {150, 35},
-                                                   {130, 35}, {100, 35}, {60, 85}, {30, 85}, {10, 85}, {10, 35}});
+    const std::vector<MPoint> eight = chain({{30, 60}, {30, 10}, {130, 110}, {130, 60}, {130, 10}, {30, 110}});
+    const std::vector<MPoint> eightOfFour = chain({{30, 35},
+                                                   {60, 35},
+                                                   {100, 85},
+                                                   {130, 85},
+                                                   {150, 85},
+                                                   {150, 35},
+                                                   {130, 35},
+                                                   {100, 35},
+                                                   {60, 85},
+                                                   {30, 85},
+                                                   {10, 85},
+                                                   {10, 35}});
     std::vector<MPoint> dense = blob(24, 80, 60, 46, 0.12);
     showAllHandles(dense);
     std::vector<MPoint> large = blob(24, 1920, 1080, 800, 0.12);
@@ -113,16 +124,23 @@ std::vector<Scene> goldenScenes() {
     const auto add = [&](Scene scene) { scenes.push_back(std::move(scene)); };
     add({.name = "01_one_anchor", .points = chain({{80, 60}})});
     add({.name = "02_first_segment", .points = polygon({{30, 80}, {120, 40}}, false)});
-    add({.name = "03_drawing", .points = polygon({{20, 90}, {50, 25}, {95, 70}, {140, 20}, {130, 100}}, false),
-         .hover = Hover::Point, .hoverIndex = 0});
-    add({.name = "04_drawing_curved", .points = chain({{15, 95}, {15, 20}, {70, 10}, {80, 60}, {90, 110}, {145, 100}, {145, 25}})});
+    add({.name = "03_drawing",
+         .points = polygon({{20, 90}, {50, 25}, {95, 70}, {140, 20}, {130, 100}}, false),
+         .hover = Hover::Point,
+         .hoverIndex = 0});
+    add({.name = "04_drawing_curved",
+         .points = chain({{15, 95}, {15, 20}, {70, 10}, {80, 60}, {90, 110}, {145, 100}, {145, 25}})});
     add({.name = "05_closed", .points = round});
     add({.name = "06_mask", .points = round, .isMask = true});
     add({.name = "07_square_mask", .points = square, .isMask = true});
     add({.name = "08_hovered_point", .points = round, .isMask = true, .hover = Hover::Point, .hoverIndex = 6});
     add({.name = "09_hovered_line", .points = round, .isMask = true, .hover = Hover::Line, .hoverIndex = 6});
     add({.name = "10_handles", .points = roundWithHandles, .isMask = true, .selected = {3}});
-    add({.name = "11_hovered_handle", .points = roundWithHandles, .isMask = true, .hover = Hover::Point, .hoverIndex = 4});
+    add({.name = "11_hovered_handle",
+         .points = roundWithHandles,
+         .isMask = true,
+         .hover = Hover::Point,
+         .hoverIndex = 4});
     add({.name = "12_selected_handle", .points = roundWithHandles, .isMask = true, .selected = {4}});
     add({.name = "13_all_handles", .points = roundWithAllHandles, .isMask = true});
     add({.name = "14_several_selected", .points = round, .isMask = true, .selected = {0, 3, 9, 15, 4000}});
@@ -130,25 +148,66 @@ std::vector<Scene> goldenScenes() {
     add({.name = "16_rubber_band_alone", .band = {20, 20, 100, 70}});
     add({.name = "17_rubber_band_beyond", .points = square, .band = {-30, 50, 300, 200}});
     add({.name = "18_scale_half", .points = roundWithHandles, .isMask = true, .scale = 0.5F, .selected = {3, 9}});
-    add({.name = "19_scale_one_and_half", .points = roundWithHandles, .isMask = true, .scale = 1.5F, .selected = {3, 9}});
-    add({.name = "20_scale_two", .points = roundWithHandles, .isMask = true, .scale = 2, .hover = Hover::Line, .hoverIndex = 9, .selected = {3}});
-    add({.name = "21_scale_four", .width = 320, .height = 240, .points = [] {
-             std::vector<MPoint> points = blob(6, 160, 120, 84);
-             showHandles(points, 3);
-             return points;
-         }(), .isMask = true, .scale = 4, .selected = {3, 9}});
-    add({.name = "22_uhd_right", .width = 3840, .height = 2160, .shown = {2580, 900, 240, 180}, .points = large, .isMask = true, .scale = 2, .selected = {0, 6}});
-    add({.name = "23_uhd_top", .width = 3840, .height = 2160, .shown = {1800, 140, 240, 180}, .points = large, .isMask = true, .scale = 2, .hover = Hover::Point, .hoverIndex = 54});
+    add({.name = "19_scale_one_and_half",
+         .points = roundWithHandles,
+         .isMask = true,
+         .scale = 1.5F,
+         .selected = {3, 9}});
+    add({.name = "20_scale_two",
+         .points = roundWithHandles,
+         .isMask = true,
+         .scale = 2,
+         .hover = Hover::Line,
+         .hoverIndex = 9,
+         .selected = {3}});
+    add({.name = "21_scale_four",
+         .width = 320,
+         .height = 240,
+         .points =
+             [] {
+                 std::vector<MPoint> points = blob(6, 160, 120, 84);
+                 showHandles(points, 3);
+                 return points;
+             }(),
+         .isMask = true,
+         .scale = 4,
+         .selected = {3, 9}});
+    add({.name = "22_uhd_right",
+         .width = 3840,
+         .height = 2160,
+         .shown = {2580, 900, 240, 180},
+         .points = large,
+         .isMask = true,
+         .scale = 2,
+         .selected = {0, 6}});
+    add({.name = "23_uhd_top",
+         .width = 3840,
+         .height = 2160,
+         .shown = {1800, 140, 240, 180},
+         .points = large,
+         .isMask = true,
+         .scale = 2,
+         .hover = Hover::Point,
+         .hoverIndex = 54});
     add({.name = "24_figure_of_eight", .points = eight});
     add({.name = "25_figure_of_eight_mask", .points = eightOfFour, .isMask = true});
     add({.name = "26_dense", .points = dense, .isMask = true, .selected = {0, 3, 6, 9, 12}});
     add({.name = "27_crossing_all_edges", .points = blob(8, 80, 60, 85), .isMask = true});
     add({.name = "28_beyond_all_edges", .points = blob(8, 80, 60, 400), .isMask = true});
-    add({.name = "29_cusp_and_corners", .points = chain({{20, 100}, {200, 0}, {-60, 0}, {140, 100}, {110, 90}, {110, 90}, {80, 30}, {80, 60}, {50, 90}}), .isMask = true});
+    add({.name = "29_cusp_and_corners",
+         .points =
+             chain({{20, 100}, {200, 0}, {-60, 0}, {140, 100}, {110, 90}, {110, 90}, {80, 30}, {80, 60}, {50, 90}}),
+         .isMask = true});
     add({.name = "30_sliver", .points = polygon({{10, 60}, {150, 57}, {150, 61}}, true), .isMask = true});
-    add({.name = "31_all_points_equal", .points = chain({{80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}}), .isMask = true});
+    add({.name = "31_all_points_equal",
+         .points = chain({{80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}, {80, 60}}),
+         .isMask = true});
     add({.name = "32_two_anchors_closed", .points = polygon({{40, 30}, {120, 90}}, true), .isMask = true});
-    add({.name = "33_hidden_points", .points = roundWithHandles, .isMask = true, .selected = {3, 9}, .hidePoints = true});
+    add({.name = "33_hidden_points",
+         .points = roundWithHandles,
+         .isMask = true,
+         .selected = {3, 9},
+         .hidePoints = true});
     add({.name = "34_hidden_points_and_band", .points = round, .band = {60, 45, 80, 60}, .hidePoints = true});
     add({.name = "35_half_scale_all_handles", .points = roundWithAllHandles, .scale = 0.5F});
     return scenes;
@@ -160,7 +219,8 @@ void redraw(OverlayCanvas &canvas, const Scene &scene) {
     };
     canvas.Clear();
     if (!scene.points.empty())
-        canvas.DrawOutline(scene.points.data(), static_cast<INT>(scene.points.size()), kEditorStyle, scene.isMask, scene.scale);
+        canvas.DrawOutline(scene.points.data(), static_cast<INT>(scene.points.size()), kEditorStyle, scene.isMask,
+                           scene.scale);
     if (scene.hover == Hover::Point) {
         marker(scene.points[scene.hoverIndex], 9, kMarkerCyan);
         marker(scene.points[scene.hoverIndex], 3, kMarkerBlack);

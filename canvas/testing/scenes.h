@@ -7,7 +7,8 @@
 
 #include "overlay/types/overlay_canvas.h"
 
-// States of the overlay as the editor draws them, for pictures that tests compare, people look at and benchmarks repeat.
+// States of the overlay as the editor draws them, for pictures that tests compare, people look at and benchmarks
+// repeat.
 
 namespace canvas::testing {
 

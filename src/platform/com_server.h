@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// Offers a class in the library that this code is part of, for any threading model: for the whole machine or, where its
-/// registry is closed to the caller, for the user. `description` is for people.
+/// Offers a class in the library that this code is part of, for any threading model: for the whole machine or, where
+/// its registry is closed to the caller, for the user. `description` is for people.
 HRESULT registerServer(const GUID &clsid, const wchar_t *description);
 
 /// Withdraws the class again, wherever it was written. A class that is not registered is no error.

@@ -56,6 +56,11 @@ class PortableInt16Lanes {
         for (int i = 0; i < kCount; ++i)
             bytes[i] = std::max(bytes[i], static_cast<std::uint8_t>(std::clamp<int>(m_lanes[i], 0, 255)));
     }
+    /// Sets eight bytes to the lanes, which are limited to 0..255.
+    void store(std::uint8_t *bytes) const {
+        for (int i = 0; i < kCount; ++i)
+            bytes[i] = static_cast<std::uint8_t>(std::clamp<int>(m_lanes[i], 0, 255));
+    }
 
   private:
     template <typename Value>
@@ -90,7 +95,9 @@ class Int16Lanes {
 
     friend Int16Lanes operator+(Int16Lanes a, Int16Lanes b) { return Int16Lanes(_mm_add_epi16(a.m_lanes, b.m_lanes)); }
     friend Int16Lanes operator-(Int16Lanes a, Int16Lanes b) { return Int16Lanes(_mm_sub_epi16(a.m_lanes, b.m_lanes)); }
-    friend Int16Lanes operator*(Int16Lanes a, Int16Lanes b) { return Int16Lanes(_mm_mullo_epi16(a.m_lanes, b.m_lanes)); }
+    friend Int16Lanes operator*(Int16Lanes a, Int16Lanes b) {
+        return Int16Lanes(_mm_mullo_epi16(a.m_lanes, b.m_lanes));
+    }
     Int16Lanes magnitude() const {
         return Int16Lanes(_mm_max_epi16(m_lanes, _mm_sub_epi16(_mm_setzero_si128(), m_lanes)));
     }
@@ -104,6 +111,9 @@ class Int16Lanes {
     void raise(std::uint8_t *bytes) const {
         auto *const target = reinterpret_cast<__m128i *>(bytes);
         _mm_storel_epi64(target, _mm_max_epu8(_mm_loadl_epi64(target), _mm_packus_epi16(m_lanes, m_lanes)));
+    }
+    void store(std::uint8_t *bytes) const {
+        _mm_storel_epi64(reinterpret_cast<__m128i *>(bytes), _mm_packus_epi16(m_lanes, m_lanes));
     }
 
   private:

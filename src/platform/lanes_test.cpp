@@ -14,7 +14,8 @@ using Bytes = std::array<std::uint8_t, 8>;
 template <typename Lanes>
 Bytes compute(int start, int step, int limit, Bytes bytes) {
     const Lanes ramp = Lanes::ramp();
-    const Lanes values = Lanes::all(300) - (Lanes::all(start) + ramp * Lanes::all(step)).magnitude().template shifted<3>();
+    const Lanes values =
+        Lanes::all(300) - (Lanes::all(start) + ramp * Lanes::all(step)).magnitude().template shifted<3>();
     values.where(ramp, Lanes::all(limit)).raise(bytes.data());
     return bytes;
 }
@@ -42,6 +43,9 @@ TEST(Lanes, RampIsWhereItIsLess) {
     Bytes bytes{};
     platform::Int16Lanes::ramp().where(platform::Int16Lanes::ramp(), platform::Int16Lanes::all(4)).raise(bytes.data());
     EXPECT_EQ(bytes, expected);
+    bytes.fill(9);
+    (platform::Int16Lanes::ramp() - platform::Int16Lanes::all(3)).store(bytes.data());
+    EXPECT_EQ(bytes, (Bytes{0, 0, 0, 0, 1, 2, 3, 4}));
 }
 
 TEST(Lanes, ZeroTestsEqualThePortableForm) {

@@ -10,7 +10,8 @@ constexpr std::int32_t kPixelsPerMetre = 100;
 // Bytes of the image in signed 32-bit arithmetic that wraps, as the header has always stated it: an overflowing size is
 // wrong here and left to the system to judge. Unsigned products keep the wrap-around defined.
 std::uint32_t statedImageSize(std::uint32_t width, std::int32_t height) {
-    const std::uint32_t rows = height < 0 ? 0U - static_cast<std::uint32_t>(height) : static_cast<std::uint32_t>(height);
+    const std::uint32_t rows =
+        height < 0 ? 0U - static_cast<std::uint32_t>(height) : static_cast<std::uint32_t>(height);
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(rows * width * 32U) / 8);
 }
 

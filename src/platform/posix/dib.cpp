@@ -25,7 +25,9 @@ thread_local std::uint32_t t_lastError = 0;
 // A context holds nothing here, so all of them are one.
 DeviceContextHandle g_context;
 
-DeviceContext createCompatibleContext() { return &g_context; }
+DeviceContext createCompatibleContext() {
+    return &g_context;
+}
 
 void deleteContext(DeviceContext) {}
 
@@ -64,7 +66,9 @@ HBITMAP createSection(DeviceContext context, const DibHeader &header, void **bit
     return bitmap;
 }
 
-std::uint32_t lastError() { return t_lastError; }
+std::uint32_t lastError() {
+    return t_lastError;
+}
 
 } // namespace
 

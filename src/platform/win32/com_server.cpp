@@ -45,7 +45,8 @@ LSTATUS writeClass(HKEY root, const std::wstring &keyName, const wchar_t *descri
     if (status == ERROR_SUCCESS)
         status = writeValue(key.get(), nullptr, description);
     if (status == ERROR_SUCCESS)
-        status = RegCreateKeyExW(key.get(), L"InprocServer32", 0, nullptr, 0, KEY_WRITE, nullptr, server.put(), nullptr);
+        status =
+            RegCreateKeyExW(key.get(), L"InprocServer32", 0, nullptr, 0, KEY_WRITE, nullptr, server.put(), nullptr);
     if (status == ERROR_SUCCESS)
         status = writeValue(server.get(), nullptr, path);
     if (status == ERROR_SUCCESS)

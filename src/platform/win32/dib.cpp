@@ -4,19 +4,27 @@
 namespace platform {
 namespace {
 
-DeviceContext createCompatibleContext() { return reinterpret_cast<DeviceContext>(CreateCompatibleDC(nullptr)); }
+DeviceContext createCompatibleContext() {
+    return reinterpret_cast<DeviceContext>(CreateCompatibleDC(nullptr));
+}
 
-void deleteContext(DeviceContext context) { DeleteDC(reinterpret_cast<HDC>(context)); }
+void deleteContext(DeviceContext context) {
+    DeleteDC(reinterpret_cast<HDC>(context));
+}
 
-void flush() { GdiFlush(); }
+void flush() {
+    GdiFlush();
+}
 
 HBITMAP createSection(DeviceContext context, const DibHeader &header, void **bits) {
     static_assert(sizeof(DibHeader) == sizeof(BITMAPINFOHEADER));
-    return CreateDIBSection(reinterpret_cast<HDC>(context), reinterpret_cast<const BITMAPINFO *>(&header), DIB_RGB_COLORS,
-                            bits, nullptr, 0);
+    return CreateDIBSection(reinterpret_cast<HDC>(context), reinterpret_cast<const BITMAPINFO *>(&header),
+                            DIB_RGB_COLORS, bits, nullptr, 0);
 }
 
-std::uint32_t lastError() { return GetLastError(); }
+std::uint32_t lastError() {
+    return GetLastError();
+}
 
 } // namespace
 
