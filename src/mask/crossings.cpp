@@ -69,52 +69,56 @@ void CrossingTable::build(const VertexBuffer &polyline, const FixedBox &box, Row
     m_crossings.clear();
     m_firstIn.resize(groupOf(rows.end) + 1);
     std::fill(m_firstIn.begin(), m_firstIn.end(), -1);
-    trace(polyline, fitsSteps(box.low, box.high));
+    if (fitsSteps(box.low, box.high))
+        trace<true>(polyline);
+    else
+        trace<false>(polyline);
 }
 
-void CrossingTable::trace(const VertexBuffer &polyline, bool fast) {
+template <bool kFast>
+void CrossingTable::trace(const VertexBuffer &polyline) {
     const std::size_t edges = polyline.size() - 1;
     computeEdgeStarts(polyline.data(), polyline.size(), m_rows, m_starts);
-    // The loop works on copies: its stores could be to anything, as far as the compiler knows.
-    const FixedPoint *vertices = polyline.data();
+    // The loops work on copies: their stores could be to anything, as far as the compiler knows.
     const std::int32_t *rows = m_starts.rows.data();
     const std::uint64_t *values = m_starts.values.data();
     const std::uint64_t *steps = m_starts.steps.data();
-    StoredColumn *out = m_crossings.room(kRowsAtOnce + kStepBlock) + kRowsAtOnce;
-    std::ptrdiff_t left = static_cast<std::ptrdiff_t>(m_crossings.capacity()) - kRowsAtOnce;
-    Chain chain{{0, 0}, -1, 0, 0};
-    for (std::size_t i = 0; i < edges; ++i) {
-        const std::int32_t fromRow = rows[i];
-        const std::int32_t toRow = rows[i + 1];
-        if (toRow == fromRow)
+    StoredColumn *out = m_crossings.room(kRowsAtOnce) + kRowsAtOnce;
+    const StoredColumn *limit = m_crossings.begin() + m_crossings.capacity();
+    for (std::size_t i = 0; i < edges;) {
+        if (rows[i + 1] == rows[i]) {
+            ++i;
             continue;
-        const std::int32_t mirror = toRow > fromRow ? 0 : -1;
-        const std::int32_t count = std::abs(toRow - fromRow);
-        const std::int32_t firstRow = fromRow + mirror; // upwards the row before the one that is next downwards
-        if (chain.rows.empty() || chain.mirror != mirror) {
-            closeChain(chain);
-            chain = {{fromRow, fromRow}, -1, mirror, out - m_crossings.data() - (firstRow ^ mirror)};
         }
-        (mirror ? chain.rows.first : chain.rows.end) = toRow;
-        if (left < count + kStepBlock) {
-            m_crossings.setEnd(out);
-            out = m_crossings.room(static_cast<std::size_t>(count) + kStepBlock);
-            left = static_cast<std::ptrdiff_t>(m_crossings.capacity() - m_crossings.size());
+        const std::int32_t start = rows[i];
+        const std::int32_t mirror = rows[i + 1] > start ? 0 : -1;
+        const std::ptrdiff_t offset = out - m_crossings.data() - ((start + mirror) ^ mirror);
+        std::int32_t row = start;
+        for (; i < edges; ++i) {
+            const std::int32_t count = (rows[i + 1] ^ mirror) - (row ^ mirror);
+            if (count <= 0) {
+                if (count == 0)
+                    continue;
+                break; // it turns
+            }
+            if (limit - out < count + kStepBlock) {
+                m_crossings.setEnd(out);
+                out = m_crossings.room(static_cast<std::size_t>(count) + kStepBlock);
+                limit = m_crossings.begin() + m_crossings.capacity();
+            }
+            if (kFast || fitsSteps(polyline[i], polyline[i + 1]))
+                stepFixed(values[i], steps[i], count, out);
+            else
+                stepExactly({polyline[i], polyline[i + 1], row + mirror, count}, out);
+            out += count;
+            row = rows[i + 1];
         }
-        if (fast || fitsSteps(vertices[i], vertices[i + 1]))
-            stepFixed(values[i], steps[i], count, out);
-        else
-            stepExactly({vertices[i], vertices[i + 1], firstRow, count}, out);
-        out += count;
-        left -= count;
+        addChain({{std::min(start, row), std::max(start, row)}, -1, mirror, offset});
     }
     m_crossings.setEnd(out);
-    closeChain(chain);
 }
 
-void CrossingTable::closeChain(Chain chain) {
-    if (chain.rows.empty())
-        return;
+void CrossingTable::addChain(Chain chain) {
     std::int32_t &first = m_firstIn[groupOf(chain.rows.first)];
     chain.next = first;
     first = static_cast<std::int32_t>(m_chains.size());

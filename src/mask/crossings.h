@@ -67,8 +67,9 @@ class CrossingTable {
 
   private:
     std::size_t groupOf(std::int32_t row) const { return static_cast<std::size_t>(row - m_rows.first) / kRowsAtOnce; }
-    void trace(const VertexBuffer &polyline, bool fast);
-    void closeChain(Chain chain);
+    template <bool kFast>
+    void trace(const VertexBuffer &polyline);
+    void addChain(Chain chain);
 
     RowRange m_rows{0, 0};
     EdgeStarts m_starts;

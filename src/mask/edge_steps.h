@@ -13,7 +13,7 @@
 namespace Quill {
 
 /// stepFixed writes whole blocks: this many columns beyond the last may be overwritten.
-inline constexpr std::int32_t kStepBlock = 16;
+inline constexpr std::int32_t kStepBlock = 8;
 
 /// From a 32.32 value and step (see edge_starts.h). Most edges are shorter than a block: one round, and no loop whose
 /// length the processor has to guess.

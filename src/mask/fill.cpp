@@ -103,7 +103,11 @@ void fillPolygon(RasterEngine engine, const MaskSurface &surface, const MPoint *
     if (!canDrawOn(surface))
         return;
     if (engine == RasterEngine::Native) {
-        platform::nativeFillPolygon(surface, pixelPoints(points, count).data(), count);
+        // What cannot be drawn is not shown to the platform either: its own limits are not sharp.
+        if (isDrawable(points, count))
+            platform::nativeFillPolygon(surface, pixelPoints(points, count).data(), count);
+        else
+            clearSurface(surface);
         return;
     }
     const BorrowedScratch scratch;
@@ -115,7 +119,10 @@ void fillOutline(RasterEngine engine, const MaskSurface &surface, const MPoint *
     if (!canDrawOn(surface))
         return;
     if (engine == RasterEngine::Native) {
-        platform::nativeFillBeziers(surface, pixelPoints(points, count).data(), count);
+        if (isDrawableOutline(points, count))
+            platform::nativeFillBeziers(surface, pixelPoints(points, count).data(), count);
+        else
+            clearSurface(surface);
         return;
     }
     const BorrowedScratch scratch;

@@ -36,10 +36,12 @@ struct IntPair {
 /// Eight rows of an edge: 32.32 fixed-point columns less kColumnBias.
 class FixedRows {
   public:
-    FixedRows(std::uint64_t value, std::uint64_t step)
-        : m_twoSteps(_mm_slli_epi64(_mm_set1_epi64x(static_cast<std::int64_t>(step)), 1)),
-          m_rows(_mm_add_epi64(_mm_set1_epi64x(static_cast<std::int64_t>(value)),
-                               _mm_slli_si128(_mm_set1_epi64x(static_cast<std::int64_t>(step)), 8))) {}
+    FixedRows(std::uint64_t value, std::uint64_t step) {
+        const __m128i steps = _mm_set1_epi64x(static_cast<std::int64_t>(step));
+        m_low = _mm_add_epi64(_mm_set1_epi64x(static_cast<std::int64_t>(value)), _mm_slli_si128(steps, 8));
+        m_high = _mm_add_epi64(m_low, _mm_slli_epi64(steps, 1));
+        m_fourSteps = _mm_slli_epi64(steps, 2);
+    }
 
     /// Writes the integer parts of the next eight rows, limited to what a stored column can be.
     void storeNext(StoredColumn *out) {
@@ -49,19 +51,17 @@ class FixedRows {
     }
 
   private:
-    __m128i takeTwo() {
-        const __m128i two = m_rows;
-        m_rows = _mm_add_epi64(m_rows, m_twoSteps);
-        return two;
-    }
     __m128i takeFour() {
-        const __m128 low = _mm_castsi128_ps(takeTwo());
-        const __m128 high = _mm_castsi128_ps(takeTwo());
-        return _mm_castps_si128(_mm_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1)));
+        const __m128 columns =
+            _mm_shuffle_ps(_mm_castsi128_ps(m_low), _mm_castsi128_ps(m_high), _MM_SHUFFLE(3, 1, 3, 1));
+        m_low = _mm_add_epi64(m_low, m_fourSteps);
+        m_high = _mm_add_epi64(m_high, m_fourSteps);
+        return _mm_castps_si128(columns);
     }
 
-    __m128i m_twoSteps;
-    __m128i m_rows; ///< the next two
+    __m128i m_low;  ///< the next two rows
+    __m128i m_high; ///< the two after them
+    __m128i m_fourSteps;
 };
 
 /// One stored column for each of eight rows.

@@ -10,9 +10,19 @@ FixedPoint fixedPoint(const MPoint &point) {
     return {toFixed(point.x), toFixed(point.y)};
 }
 
-/// Appends the segment from `points[start]` whose end point is `end`.
-void addSegment(const MPoint *points, int start, const MPoint &end, const FlattenClip *clip, VertexBuffer &polyline) {
-    const MPoint *segment = points + start;
+/// The segments that are drawn: three points each, every one ending where the next starts and the last in point 0.
+struct DrawnSegments {
+    const MPoint *first;
+    int count;
+
+    /// All of them, or the closing one alone when the count is no multiple of three.
+    DrawnSegments(const MPoint *points, int pointCount)
+        : first(pointCount % kPointsPerAnchor == 0 ? points : points + pointCount - kPointsPerAnchor),
+          count(pointCount % kPointsPerAnchor == 0 ? pointCount : kPointsPerAnchor) {}
+};
+
+/// Appends the segment whose start and controls are given with its end.
+void addSegment(const MPoint *segment, const MPoint &end, const FlattenClip *clip, VertexBuffer &polyline) {
     flattenSegment({fixedPoint(segment[0]), fixedPoint(segment[1]), fixedPoint(segment[2]), fixedPoint(end)}, polyline,
                    clip);
 }
@@ -42,6 +52,11 @@ bool isDrawable(const MPoint *points, int count) {
     return all(points, count, canDraw);
 }
 
+bool isDrawableOutline(const MPoint *points, int count) {
+    const DrawnSegments drawn(points, count);
+    return isDrawable(drawn.first, drawn.count) && canDraw(points[0]);
+}
+
 void buildPolygon(const MPoint *points, int count, VertexBuffer &polyline) {
     polyline.clear();
     if (!isDrawable(points, count))
@@ -52,24 +67,16 @@ void buildPolygon(const MPoint *points, int count, VertexBuffer &polyline) {
 
 void buildOutline(const MPoint *points, int count, const FlattenClip &clip, VertexBuffer &polyline) {
     polyline.clear();
-    const int closing = count - kPointsPerAnchor;
-    const bool isChain = count % kPointsPerAnchor == 0;
-    if (!isChain && !canDraw(points[0]))
-        return;
-    const MPoint *first = isChain ? points : points + closing;
-    const int used = isChain ? count : kPointsPerAnchor;
+    const DrawnSegments drawn(points, count);
     // An outline within the surface has no segment off it, so no segment needs to be looked at.
-    const FlattenClip *toTest = nullptr;
-    if (!all(first, used, [&clip](const MPoint &point) { return isWithin(point, clip); })) {
-        if (!isDrawable(first, used))
-            return;
-        toTest = &clip;
-    }
-    polyline.push_back(fixedPoint(*first));
-    if (isChain)
-        for (int i = 0; i < closing; i += kPointsPerAnchor)
-            addSegment(points, i, points[i + kPointsPerAnchor], toTest, polyline);
-    addSegment(points, closing, points[0], toTest, polyline);
+    const auto within = [&clip](const MPoint &point) { return isWithin(point, clip); };
+    const bool isInside = all(drawn.first, drawn.count, within) && within(points[0]);
+    if (!isInside && !isDrawableOutline(points, count))
+        return;
+    polyline.push_back(fixedPoint(*drawn.first));
+    for (int i = 0; i < drawn.count; i += kPointsPerAnchor)
+        addSegment(drawn.first + i, i + kPointsPerAnchor < drawn.count ? drawn.first[i + kPointsPerAnchor] : points[0],
+                   isInside ? nullptr : &clip, polyline);
 }
 
 } // namespace Quill

@@ -15,6 +15,9 @@ inline constexpr int kMinOutlinePoints = 9;
 /// it; coordinates born from NaN arrive as INT32_MIN and end here.
 bool isDrawable(const MPoint *points, int count);
 
+/// The same for the points that an outline's figure has (see buildOutline). Needs count >= 4.
+bool isDrawableOutline(const MPoint *points, int count);
+
 /// Replaces `polyline` by the polygon's vertices. Empty when the figure is not drawable.
 void buildPolygon(const MPoint *points, int count, VertexBuffer &polyline);
 

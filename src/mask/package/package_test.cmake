@@ -1,0 +1,38 @@
+# SPDX-License-Identifier: MIT
+# Takes the first C++ example out of docs/mask.md, builds it against the installed package and looks at what it prints.
+
+function(run)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${ARGV}\n${output}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${WORK}")
+file(MAKE_DIRECTORY "${WORK}")
+run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/installed" --component mask)
+
+file(READ "${SOURCE}/docs/mask.md" text)
+string(REPLACE ";" "\\;" text "${text}")
+string(FIND "${text}" "```cpp\n" begin)
+math(EXPR begin "${begin} + 7")
+string(SUBSTRING "${text}" ${begin} -1 text)
+string(FIND "${text}" "```" length)
+string(SUBSTRING "${text}" 0 ${length} example)
+string(REPLACE "\\;" ";" example "${example}")
+file(WRITE "${WORK}/example.cpp" "${example}")
+
+file(WRITE "${WORK}/CMakeLists.txt" "cmake_minimum_required(VERSION 3.25)
+project(Stranger LANGUAGES C CXX)
+find_package(OrvanelMask REQUIRED)
+add_executable(example example.cpp)
+target_link_libraries(example PRIVATE Orvanel::mask)
+")
+run("${CMAKE_COMMAND}" -S "${WORK}" -B "${WORK}/build" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_PREFIX_PATH=${WORK}/installed")
+run("${CMAKE_COMMAND}" --build "${WORK}/build")
+run("${WORK}/build/example")
+if(NOT output MATCHES "row 10: columns [0-9]+ to [0-9]+" OR NOT output MATCHES "[1-9][0-9] runs outside")
+    message(FATAL_ERROR "the example printed\n${output}")
+endif()
+message("${output}")
