@@ -8,7 +8,7 @@ from .errors import HostError
 # The stages that the module itself accounts for: showing a frame's outline, and turning it into runs.
 MODULE_STAGES = ('prepare', 'convert')
 
-# Marks keep their size up to this height; a small picture gets smaller ones, a large one larger ones.
+# Marks have their own size on pictures of this height; smaller pictures get smaller ones, larger pictures larger ones.
 _REFERENCE_HEIGHT = 720.0
 _SMALLEST_SCALE, _LARGEST_SCALE = 0.5, 4.0
 
@@ -67,7 +67,8 @@ class Renderer(object):
             self.runs_per_frame.append(len(runs))
             with stage('mask'):
                 self._mask.setRuns(runs)
-                if self._overlay.GetInverse():
+                # Where no outline is shown there is no outside of it either.
+                if self._overlay.GetInverse() and self._preview.shows_mask():
                     self._mask.invert()
                 hostkit.writePng(os.path.join(masks, '%04d.png' % number), self._mask)
             with stage('composite'):

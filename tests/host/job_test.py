@@ -142,6 +142,14 @@ class AnyClipTest(JobTest):
         gestures = simple_edit()['gestures'] + [{'do': 'invert'}]
         self.job(4, (160, 96), edit=simple_edit(gestures=gestures))
 
+    def test_an_inverted_mask_before_the_first_keyframe_is_none(self):
+        clip, out = self.path('clip.mp4'), self.path('out')
+        write_clip(clip, 4)
+        gestures = [{'do': 'seek', 'frame': 2}] + simple_edit()['gestures'][:2] + [{'do': 'invert'}]
+        job.run(clip, self.write_edit(simple_edit(gestures=gestures)), out, None, 'h264')
+        masks = [read_grey_png(os.path.join(out, 'masks', '%04d.png' % number))[2] for number in (1, 2)]
+        self.assertEqual([rows[0][0] for rows in masks], ['\0', '\xff'])
+
     def test_more_keyframes_than_a_contact_sheet_holds(self):
         gestures = simple_edit()['gestures'][:2]
         for frame in range(0, 150, 2):
