@@ -17,7 +17,7 @@ endif()
 set(ORVANEL_SANITIZER_ENVIRONMENT
     "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1"
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/sanitizers/leak.supp:print_suppressions=0"
-    "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1"
+    "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/sanitizers/race.supp:halt_on_error=1:second_deadlock_stack=1"
     "UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
 
 # The interpreter is not instrumented, so a sanitizer's run time has to be in the process before it.
