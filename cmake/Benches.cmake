@@ -36,7 +36,9 @@ function(orvanel_add_python_bench name file)
     endif()
     get_filename_component(file "${file}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_SOURCE_DIR}")
     set(launcher "${ORVANEL_BENCH_OUTPUT}/bench_${name}")
-    file(GENERATE OUTPUT "${launcher}" FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE
-        CONTENT "#!/bin/sh\nexport PYTHONPATH='${ORVANEL_PYTHON_OUTPUT}:${ORVANEL_BENCH_OUTPUT}'\nexec '${PYTHON27_RUN}' -B '${file}' \"$@\"\n")
+    # CONTENT comes before FILE_PERMISSIONS: the other way round ends CMake 3.25 with a bad_alloc.
+    file(GENERATE OUTPUT "${launcher}"
+        CONTENT "#!/bin/sh\nexport PYTHONPATH='${ORVANEL_PYTHON_OUTPUT}:${ORVANEL_BENCH_OUTPUT}'\nexec '${PYTHON27_RUN}' -B '${file}' \"$@\"\n"
+        FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
     add_custom_target(bench_${name} DEPENDS ${BENCH_DEPENDS})
 endfunction()
