@@ -155,6 +155,7 @@ typedef struct HWND__ *HWND;
 // Whatever waits for the renderer's thread lets other Python threads run: that thread may wait for one of them.
 %thread hostkit::PreviewRenderer::~PreviewRenderer;
 %thread hostkit::PreviewRenderer::render;
+%thread hostkit::PreviewRenderer::hold;
 %thread hostkit::PreviewRenderer::pause;
 %thread hostkit::PreviewRenderer::latest;
 %thread hostkit::PreviewRenderer::close;

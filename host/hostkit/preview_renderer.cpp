@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "hostkit/composite.h"
+#include "hostkit/error.h"
 
 namespace hostkit {
 namespace {
@@ -25,6 +26,10 @@ bool fits(const software_d3d9::Picture &picture, const Image &frame) {
 
 std::string sizeText(long long width, long long height) {
     return std::to_string(width) + "x" + std::to_string(height);
+}
+
+[[noreturn]] void throwClosed() {
+    throw std::logic_error("the renderer is closed");
 }
 
 } // namespace
@@ -54,7 +59,7 @@ bool PreviewRenderer::render(long long frame, Image &video, Image &composed) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return closing_ || !request_; });
     if (closing_)
-        throw std::logic_error("the renderer is closed");
+        throwClosed();
     request_ = &request;
     wake_.notify_all();
     changed_.wait(lock, [&] { return request.done; });
@@ -63,22 +68,43 @@ bool PreviewRenderer::render(long long frame, Image &video, Image &composed) {
     return request.found;
 }
 
-void PreviewRenderer::play(double framesPerSecond) {
+void PreviewRenderer::startPlaying(long long held, double framesPerSecond) {
     if (!(framesPerSecond > 0))
         throw std::invalid_argument("a clip is played at a positive rate");
-    const std::lock_guard lock(mutex_);
+    if (closing_)
+        throwClosed();
+    held_ = held;
     playRate_ = framesPerSecond;
+    playShown_ = -1;
     due_ = Clock::now();
     wake_.notify_all();
+}
+
+void PreviewRenderer::throwPlayError() {
+    if (const std::exception_ptr error = std::exchange(playError_, nullptr))
+        std::rethrow_exception(error);
+}
+
+void PreviewRenderer::play(double framesPerSecond) {
+    const std::lock_guard lock(mutex_);
+    startPlaying(-1, framesPerSecond);
+}
+
+void PreviewRenderer::hold(long long frame, double framesPerSecond) {
+    clock_.startOf(frame);
+    std::unique_lock lock(mutex_);
+    startPlaying(frame, framesPerSecond);
+    changed_.wait(lock, [&] { return playShown_ == frame || playRate_ <= 0 || closing_; });
+    throwPlayError();
 }
 
 void PreviewRenderer::pause() {
     std::unique_lock lock(mutex_);
     playRate_ = 0;
     wake_.notify_all();
+    changed_.notify_all();
     changed_.wait(lock, [this] { return !isPlayingFrame_; });
-    if (const std::exception_ptr error = std::exchange(playError_, nullptr))
-        std::rethrow_exception(error);
+    throwPlayError();
 }
 
 bool PreviewRenderer::latest(Image &composed) const {
@@ -167,10 +193,11 @@ void PreviewRenderer::run() {
             // A frame that came late does not make the ones after it hurry.
             due_ = std::max(due_ + std::chrono::duration_cast<Clock::duration>(interval), Clock::now());
             isPlayingFrame_ = true;
+            const long long held = held_;
             lock.unlock();
             std::exception_ptr error;
             try {
-                playOn();
+                playOn(held);
             } catch (...) {
                 error = std::current_exception();
             }
@@ -203,17 +230,26 @@ void PreviewRenderer::serve(Request &request) {
     }
 }
 
-void PreviewRenderer::playOn() {
-    const long long next = (shown_ + 1) % clock_.frameCount();
+void PreviewRenderer::playOn(long long held) {
+    long long frame = held >= 0 ? held : (shown_ + 1) % clock_.frameCount();
     Seconds seconds;
-    // A clip that ends early begins again early.
-    const long long frame = read(next, playVideo_, seconds) ? next : 0;
-    if (frame != next && !read(frame, playVideo_, seconds))
-        return;
+    if (frame != playRead_) {
+        playRead_ = -1;
+        bool found = read(frame, playVideo_, seconds);
+        if (!found && held < 0) {
+            // A clip that ends early begins again early.
+            frame = 0;
+            found = read(frame, playVideo_, seconds);
+        }
+        if (!found)
+            throw MediaError("the clip has no frame " + std::to_string(frame));
+        playRead_ = frame;
+    }
     playNext_ = playVideo_;
     compose(frame, playNext_, WrongSize::IsLeftOut, seconds);
     const std::lock_guard lock(mutex_);
     std::swap(playComposed_, playNext_);
+    playShown_ = frame;
 }
 
 bool PreviewRenderer::read(long long frame, Image &image, Seconds &seconds) {

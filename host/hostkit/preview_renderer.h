@@ -57,9 +57,12 @@ class PreviewRenderer {
     /// fast as it goes. An overlay of another size than the frames, as there is one in the middle of a change of size,
     /// is left out. Throws std::invalid_argument unless the rate is positive.
     void play(double framesPerSecond);
-    /// Ends playing after the frame under way. Throws what ended it before that.
+    /// Shows one frame over and over at that rate, as a preview does while somebody edits: edits appear with the next
+    /// round. Returns when the frame has been shown for the first time. Throws as play() and render() do.
+    void hold(long long frame, double framesPerSecond);
+    /// Ends playing or holding after the frame under way. Throws what ended it before that.
     void pause();
-    /// Copies the frame that playing composed last; false before the first one.
+    /// Copies the frame that playing or holding composed last; false before the first one.
     bool latest(Image &composed) const;
     /// Frames composed so far, and how many of them under an overlay.
     long long frames() const;
@@ -98,10 +101,12 @@ class PreviewRenderer {
 
     Map currentMap() const;
     Seconds lastSeconds() const;
+    void startPlaying(long long held, double framesPerSecond);
+    void throwPlayError();
     // On the renderer's thread only.
     void run();
     void serve(Request &request);
-    void playOn();
+    void playOn(long long held);
     bool read(long long frame, Image &image, Seconds &seconds);
     void readAhead(long long frame);
     enum class WrongSize { IsLeftOut, Throws };
@@ -119,7 +124,9 @@ class PreviewRenderer {
     Request *request_ = nullptr;
     double playRate_ = 0;   ///< frames per second; 0: paused
     Clock::time_point due_; ///< when playing shows its next frame
+    long long held_ = -1;   ///< the frame that is shown over and over; -1: one after the other
     bool isPlayingFrame_ = false;
+    long long playShown_ = -1; ///< the frame in playComposed_
     std::exception_ptr playError_;
     Image playComposed_;
     bool closing_ = false;
@@ -134,6 +141,7 @@ class PreviewRenderer {
     long long ahead_ = -1; ///< the frame in aheadImage_, or -1
     Image aheadImage_;
     double aheadSeconds_ = 0;
+    long long playRead_ = -1; ///< the frame in playVideo_, or -1
     Image playVideo_;
     Image playNext_;
 

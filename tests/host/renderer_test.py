@@ -224,6 +224,37 @@ class PlayTest(RendererTest):
         self.assertEqual(str(caught.exception), "clip '%s' does not exist" % self.clip)
         self.renderer.pause()
 
+    def test_a_held_frame_shows_edits(self):
+        bare = self.bare_frames()
+        for number in (7, 7, 2):
+            self.renderer.hold(number, FULL_SPEED)
+            self.assertTrue(self.renderer.latest(self.composed))
+            self.assertEqual(self.composed.bytes(), self.under_overlay(bare[number], number).bytes())
+        frames, counter = self.renderer.frames(), self.renderer.updateCounter()
+        self.wait_for(lambda: self.renderer.frames() > frames + 5)
+        self.assertEqual(self.renderer.updateCounter(), counter)
+        self.drag(TRIANGLE[1], (140, 60))
+        self.wait_for(lambda: self.renderer.updateCounter() > counter)
+        frames = self.renderer.frames()
+        self.wait_for(lambda: self.renderer.frames() > frames + 1)
+        self.renderer.pause()
+        self.renderer.latest(self.composed)
+        self.assertEqual(self.composed.bytes(), self.under_overlay(bare[2], 2).bytes())
+        self.assertIn(2, self.preview.keyframes())
+
+    def test_frames_that_cannot_be_held(self):
+        with self.assertRaises(ValueError):
+            self.renderer.hold(FRAMES, FULL_SPEED)
+        with self.assertRaises(ValueError):
+            self.renderer.hold(0, 0)
+        self.renderer = self.open_renderer(clock_of(FRAMES + 3))
+        with self.assertRaises(IOError) as caught:
+            self.renderer.hold(FRAMES + 1, FULL_SPEED)
+        self.assertEqual(str(caught.exception), 'the clip has no frame %d' % (FRAMES + 1))
+        self.renderer.close()
+        with self.assertRaises(RuntimeError):
+            self.renderer.hold(0, FULL_SPEED)
+
     def test_closing_ends_playing(self):
         self.renderer.play(FULL_SPEED)
         self.renderer.close()

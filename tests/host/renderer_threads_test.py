@@ -3,16 +3,20 @@
 
 ORVANEL_LONG_TESTS=1 makes a minute of it.
 """
+import json
 import os
 import random
 import threading
 import time
 import unittest
 
-from _Orvanel import ECS_DELETE_LAST_POINT, ECS_MOUSE_DOWN, ECS_MOUSE_MOVE, ECS_MOUSE_UP
+from _Orvanel import ECB_POINT_UPDATE, ECS_DELETE_LAST_POINT, ECS_MOUSE_DOWN, ECS_MOUSE_MOVE, ECS_MOUSE_UP
+from orvanel_host import editfile, hostkit, job
 from orvanel_host.preview import Preview
+from orvanel_host.replay import Replay
 
 from renderer_support import FRAMES, FULL_SPEED, RendererTest, SIZE, TRIANGLE
+from support import HostTest, simple_edit, write_clip
 
 _STRESS_SECONDS = 60 if os.environ.get('ORVANEL_LONG_TESTS') == '1' else 2
 
@@ -120,6 +124,78 @@ class EverybodyTest(RendererTest):
         for _ in range(4):
             overlay.Interactive(ECS_MOUSE_MOVE, self.random.randrange(width), self.random.randrange(height))
         overlay.Interactive(ECS_MOUSE_UP, x, y)
+
+
+class LivePreview(Preview):
+    """A preview that is on the screen while somebody edits: the renderer shows the frame again and again."""
+
+    def __init__(self, clip, clock):
+        Preview.__init__(self, clock)
+        self.renderer = hostkit.PreviewRenderer(hostkit.VideoReader(clip), clock, self.syncer)
+
+    def place(self, display, rect=None):
+        resized = display != self.display
+        Preview.place(self, display, rect)
+        if resized:
+            self.attach(self.renderer)
+
+    def seek(self, frame):
+        self.renderer.hold(frame, FULL_SPEED)
+        return Preview.seek(self, frame)
+
+    def close(self):
+        self.renderer.close()
+        Preview.close(self)
+
+
+class RefreshedPreview(Preview):
+    """Brings its texture map up to date after each mouse event, on the thread that edits."""
+
+    def place(self, display, rect=None):
+        resized = display != self.display
+        Preview.place(self, display, rect)
+        if resized:
+            self.overlay.Create(self.window, None, self.syncer)
+
+    def _send(self, state, position):
+        Preview._send(self, state, position)
+        self.overlay.ForceUpdateFrame()
+
+
+class WatchedEditTest(HostTest):
+    """A refresh loads the outline of the frame's time. In the middle of a gesture that must not take anything back."""
+
+    def setUp(self):
+        HostTest.setUp(self)
+        frames = 194
+        self.clip = self.path('clip.mp4')
+        self.clock = write_clip(self.clip, frames, 32, 18)
+        mirrored = simple_edit(coordinates='display', gestures=[
+            {'do': 'draw', 'points': [[200, 100], [400, 100], [400, 300], [200, 300]]}, {'do': 'close'},
+            {'do': 'pick', 'at': {'anchor': 1}},
+            {'do': 'drag', 'from': {'anchor': 1, 'handle': 'in'}, 'to': [350, 60], 'shift': True}])
+        self.edits = [editfile.load(job.DEFAULT_CLIP_EDIT), editfile.load(job.ANY_CLIP_EDIT),
+                      editfile.parse(json.dumps(mirrored), 'mirrored.json')]
+
+    def result(self, preview, edit):
+        """What an edit leaves behind, and the events on the way there."""
+        try:
+            Replay(edit, preview).run()
+            events = [event.code for event in preview.events.events if event.code != ECB_POINT_UPDATE]
+            return preview.overlay.GetCurrentDevSetting(), preview.points(), events
+        finally:
+            preview.close()
+
+    def test_a_renderer_that_watches_changes_nothing(self):
+        for edit in self.edits:
+            live = LivePreview(self.clip, self.clock)
+            self.assertEqual(self.result(live, edit), self.result(Preview(self.clock), edit), edit.name)
+            self.assertGreater(live.renderer.updateCounter(), 0)
+
+    def test_a_refresh_after_every_event_changes_nothing(self):
+        for edit in self.edits:
+            refreshed = RefreshedPreview(self.clock)
+            self.assertEqual(self.result(refreshed, edit), self.result(Preview(self.clock), edit), edit.name)
 
 
 if __name__ == '__main__':
