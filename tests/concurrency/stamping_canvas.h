@@ -7,14 +7,15 @@
 
 #include "overlay/testing/bare_canvas.h"
 #include "platform/com.h"
+#include "texture/testing/frame_watch.h"
 
 /// A drawing component whose pictures tell when they were drawn: every pixel carries the number of the drawing. A
 /// surface that has been cleared and not drawn on says so as well.
 ///
-/// A picture with two numbers was copied in the middle of a drawing, and one with kCleared between its two halves.
+/// A picture with two numbers was copied in the middle of a drawing, and a cleared one between its two halves.
 class StampingCanvas final : public BareCanvas {
   public:
-    static constexpr std::uint32_t kCleared = 0x80000000U;
+    static constexpr std::uint32_t kCleared = FrameWatch::kCleared;
 
     /// What all of them share.
     struct Stamps {

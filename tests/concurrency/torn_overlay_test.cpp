@@ -8,11 +8,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
-#include <mutex>
 #include <random>
 #include <thread>
 #include <utility>
@@ -22,55 +19,13 @@
 #include "overlay/testing/python_environment.h"
 #include "stamping_canvas.h"
 #include "texture/testing/device_fixture.h"
+#include "texture/testing/frame_watch.h"
+#include "texture/testing/running_syncer.h"
 #include "watchdog.h"
 
 namespace {
 
 const auto *const environment = testing::AddGlobalTestEnvironment(new PythonEnvironment);
-
-using MapPointer = platform::ComPointer<loom::IAllocator>;
-
-MapPointer share(loom::IAllocator *map) {
-    if (map)
-        map->AddRef();
-    return MapPointer(map);
-}
-
-/// 25 frames a second in milliseconds, twice for each frame. Wants the interpreter lock now and then, as one that is
-/// written in Python would, and says no now and then.
-class RunningSyncer final : public IVideoTextureSyncer {
-  public:
-    LONGLONG STDMETHODCALLTYPE GetVideoTime() override {
-        const LONGLONG asked = ++m_asked;
-        if (asked % 16 == 0)
-            const PyGILGuard interpreter;
-        return asked * 20;
-    }
-    LONGLONG STDMETHODCALLTYPE GetTolerance(LONGLONG) override { return 39; }
-    LONGLONG STDMETHODCALLTYPE GetFrameNumber(LONGLONG time) override { return time / 40; }
-    LONGLONG STDMETHODCALLTYPE HostOperation3() override { return 0; }
-    bool STDMETHODCALLTYPE IsRefreshAllowed() override { return m_asked % 7 != 0; }
-
-  private:
-    std::atomic<LONGLONG> m_asked{0};
-};
-
-/// Where the Python thread leaves the map for the renderer.
-class MapSlot {
-  public:
-    void put(MapPointer map) {
-        const std::lock_guard lock(m_mutex);
-        std::swap(m_map, map);
-    }
-    MapPointer get() const {
-        const std::lock_guard lock(m_mutex);
-        return share(m_map.get());
-    }
-
-  private:
-    mutable std::mutex m_mutex;
-    MapPointer m_map;
-};
 
 class TornOverlay : public DeviceFixture {
   protected:
@@ -80,50 +35,6 @@ class TornOverlay : public DeviceFixture {
         return options;
     }
     TornOverlay() : DeviceFixture(poisoning()) {}
-
-    // --- The renderer ---
-
-    void render(std::atomic<long> &steps) {
-        const loom::IAllocator *last = nullptr;
-        std::uint32_t lastNumber = 0;
-        MapPointer kept;
-        for (; !done; ++steps) {
-            const MapPointer current = slot.get();
-            if (!current)
-                continue;
-            if (current.get() != last) {
-                // A map that the object has let go of, as it waits in a host's queue of frames.
-                if (kept)
-                    kept->UpdateCounter();
-                kept = share(current.get());
-                last = current.get();
-                lastNumber = 0;
-            }
-            current->UpdateCounter();
-            if (current->BindToStage(0) == S_OK)
-                lastNumber = look(*device->boundPicture(0), lastNumber);
-        }
-        device->SetTexture(0, nullptr);
-    }
-
-    /// The number of the drawing that is shown; 0 is what a texture starts with.
-    std::uint32_t look(const software_d3d9::Picture &shown, std::uint32_t lastNumber) {
-        std::uint32_t number = 0;
-        std::memcpy(&number, shown.bits, sizeof number);
-        for (std::uint32_t y = 0; y < shown.height; ++y)
-            for (std::uint32_t x = 0; x < shown.width; ++x) {
-                std::uint32_t pixel = 0;
-                std::memcpy(&pixel, shown.row(y) + x * 4, sizeof pixel);
-                torn += pixel != number;
-            }
-        unfinished += (number & StampingCanvas::kCleared) != 0;
-        number &= ~StampingCanvas::kCleared;
-        backward += number < lastNumber;
-        invented += number > StampingCanvas::stamps().last;
-        changes += number != lastNumber;
-        ++frames;
-        return number;
-    }
 
     // --- The Python thread, with the interpreter lock held as in every entry ---
 
@@ -151,7 +62,7 @@ class TornOverlay : public DeviceFixture {
     }
     void createMap() {
         EXPECT_EQ(1, object->Create(windowProvider.get(), renderer.get(), syncer.get()));
-        slot.put(share(object->GetAllocator()));
+        watch.show(share(object->GetAllocator()));
     }
     void closeSyncer() {
         object->VideoTextureSyncerClosed();
@@ -224,14 +135,7 @@ class TornOverlay : public DeviceFixture {
     EventList events;
     std::unique_ptr<RunningSyncer> syncer = std::make_unique<RunningSyncer>();
     std::unique_ptr<Orvanel> object;
-    MapSlot slot;
-    std::atomic<bool> done{false};
-    std::atomic<std::uint64_t> frames{0};
-    std::atomic<std::uint64_t> changes{0};
-    std::atomic<std::uint64_t> torn{0};       ///< pixels of another drawing than their picture's first
-    std::atomic<std::uint64_t> unfinished{0}; ///< frames that were cleared and not drawn
-    std::atomic<std::uint64_t> backward{0};   ///< frames older than the one before
-    std::atomic<std::uint64_t> invented{0};   ///< frames that nobody has drawn yet
+    FrameWatch watch{*device.get(), StampingCanvas::stamps().last};
 };
 
 TEST_F(TornOverlay, EveryFrameIsOneWholeDrawing) {
@@ -242,32 +146,28 @@ TEST_F(TornOverlay, EveryFrameIsOneWholeDrawing) {
     std::atomic<long> &steps = watchdog.enrol("editor");
     std::thread rendering([&] {
         std::atomic<long> &rendered = watchdog.enrol("renderer");
-        render(rendered);
+        watch.run(rendered);
         rendered = -1;
     });
     // For the time that was asked for, and until the renderer has seen something on any machine.
-    while (std::chrono::steady_clock::now() < end || changes < 100) {
+    while (std::chrono::steady_clock::now() < end || watch.changes() < 100) {
         step();
         ++steps;
         const PyAllowThreads allowThreads;
         // A lock is not fair to those who wait: an editor who never pauses would keep the renderer out.
         std::this_thread::sleep_for(std::chrono::microseconds(20));
     }
-    done = true;
+    watch.stop();
     {
         const PyAllowThreads allowThreads;
         rendering.join();
     }
     if (isLong)
-        std::printf("%ld steps, %llu frames, %llu changes seen\n", steps.load(),
-                    static_cast<unsigned long long>(frames.load()), static_cast<unsigned long long>(changes.load()));
+        watch.print(steps);
     steps = -1;
-    slot.put({});
+    watch.show({});
     object.reset();
-    EXPECT_EQ(0u, torn) << "of the pixels in " << frames << " frames";
-    EXPECT_EQ(0u, unfinished) << "of " << frames << " frames";
-    EXPECT_EQ(0u, backward);
-    EXPECT_EQ(0u, invented);
+    watch.expectNothingWrong();
     EXPECT_EQ(0u, StampingCanvas::stamps().overlaps);
     EXPECT_EQ(0, StampingCanvas::stamps().canvases);
     EXPECT_FALSE(events.take().empty());
