@@ -55,6 +55,11 @@ class RendererTest(HostTest):
             self.assertLess(time.time(), end, 'nothing happened')
             time.sleep(0.005)
 
+    def wait_for_frames(self, count):
+        """Waits for frames of a renderer that plays or holds. The second one began after the call, at the earliest."""
+        frames = self.renderer.frames()
+        self.wait_for(lambda: self.renderer.frames() >= frames + count)
+
     def bare_frames(self):
         reader, frames = hostkit.VideoReader(self.clip), []
         image = hostkit.Image()

@@ -5,12 +5,13 @@ import time
 import unittest
 import weakref
 
-from orvanel_host import hostkit
+from orvanel_host import hostkit, job
 from orvanel_host.errors import HostError
+from orvanel_host.orvanel import Orvanel
 from orvanel_host.preview import Preview
 
 from renderer_support import FRAMES, FULL_SPEED, RendererTest, TRIANGLE
-from support import clock_of
+from support import HostTest, clock_of, write_clip
 
 
 class FrameTest(RendererTest):
@@ -230,13 +231,14 @@ class PlayTest(RendererTest):
             self.renderer.hold(number, FULL_SPEED)
             self.assertTrue(self.renderer.latest(self.composed))
             self.assertEqual(self.composed.bytes(), self.under_overlay(bare[number], number).bytes())
-        frames, counter = self.renderer.frames(), self.renderer.updateCounter()
-        self.wait_for(lambda: self.renderer.frames() > frames + 5)
+        # Looking at the overlay has drawn it anew.
+        self.wait_for_frames(2)
+        counter = self.renderer.updateCounter()
+        self.wait_for_frames(5)
         self.assertEqual(self.renderer.updateCounter(), counter)
         self.drag(TRIANGLE[1], (140, 60))
-        self.wait_for(lambda: self.renderer.updateCounter() > counter)
-        frames = self.renderer.frames()
-        self.wait_for(lambda: self.renderer.frames() > frames + 1)
+        self.wait_for_frames(2)
+        self.assertGreater(self.renderer.updateCounter(), counter)
         self.renderer.pause()
         self.renderer.latest(self.composed)
         self.assertEqual(self.composed.bytes(), self.under_overlay(bare[2], 2).bytes())
@@ -261,6 +263,32 @@ class PlayTest(RendererTest):
         frames = self.renderer.frames()
         time.sleep(0.02)
         self.assertEqual(self.renderer.frames(), frames)
+
+
+class JobTest(HostTest):
+    """The main job does not write what the renderer could not show."""
+
+    def assertNothingIsWritten(self, spoil):
+        clip, original = self.path('clip.mp4'), Preview.attach
+        write_clip(clip, 3)
+
+        def attach_and_spoil(preview, renderer):
+            original(preview, renderer)
+            spoil(preview.overlay)
+        Preview.attach = attach_and_spoil
+        try:
+            with self.assertRaises(HostError) as caught:
+                job.run(clip, job.ANY_CLIP_EDIT, self.path('out'), None, 'h264')
+        finally:
+            Preview.attach = original
+        self.assertEqual(str(caught.exception), 'the overlay of frame 0 could not be drawn')
+        self.assertFalse(os.path.exists(self.path('out')))
+
+    def test_an_overlay_that_is_not_drawn(self):
+        self.assertNothingIsWritten(Orvanel.Hide)
+
+    def test_a_map_that_was_taken_away(self):
+        self.assertNothingIsWritten(Orvanel.VideoTextureSyncerClosed)
 
 
 if __name__ == '__main__':
