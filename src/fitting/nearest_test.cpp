@@ -98,59 +98,46 @@ TEST(Nearest, FewerThanFiveWhenThereAreFewer) {
     EXPECT_EQ(NearestPixels({}).find({0, 0}, 0).size(), 0U);
 }
 
-/// The choices that one method makes for a row of targets, over many shuffles of one border.
+using Frequencies = std::map<std::pair<int, int>, int>;
+
+/// How often each pixel is chosen for a target, over many shuffles of one border.
 template <typename Choose>
-std::vector<std::map<std::pair<int, int>, int>> frequencies(int rounds, const std::vector<Pixel> &targets,
-                                                            Choose choose) {
-    std::vector<Pixel> border = Border(DrawnMask({"..........", "..######..", ".########.", ".########.", "..####.##.",
-                                                  "..........", ".........."})
-                                           .picture())
-                                    .pixels();
-    std::vector<std::map<std::pair<int, int>, int>> counts(targets.size());
-    for (int round = 0; round < rounds; ++round) {
+Frequencies frequencies(Choose choose) {
+    constexpr int kRounds = 20000;
+    const DrawnMask mask(
+        {"..........", "..######..", ".########.", ".########.", "..####.##.", "..........", ".........."});
+    const std::vector<Pixel> border = Border(mask.picture()).pixels();
+    Frequencies counts;
+    for (int round = 0; round < kRounds; ++round) {
         std::vector<Pixel> list = border;
         shuffle(std::span(list));
-        const std::vector<Pixel> chosen = choose(list, targets);
-        for (std::size_t index = 0; index < targets.size(); ++index)
-            ++counts[index][{chosen[index].x, chosen[index].y}];
+        const Pixel chosen = choose(list);
+        ++counts[{chosen.x, chosen.y}];
     }
     return counts;
 }
 
-/// Sorting the list in place for target after target, as the fit is defined, and searching: each pixel is chosen as
-/// often. The first target meets a freshly shuffled list. Later ones meet what the sorts before have left, which
-/// decides between equal distances only; their targets are chosen so that none are equal around the fifth place.
-TEST(Nearest, ChoosesEachPixelAsOftenAsSortingInPlaceDoes) {
-    constexpr int kRounds = 20000;
-    for (const std::size_t divisor : {1U, 2U}) {
-        const std::vector<Pixel> targets = {{4, 1}};
-        std::srand(17);
-        const auto plain =
-            frequencies(kRounds, targets, [divisor](std::vector<Pixel> &list, const std::vector<Pixel> &wanted) {
-                std::vector<Pixel> chosen;
-                for (const Pixel &target : wanted)
-                    chosen.push_back(plainChoice(list, target, list.size() / divisor));
-                return chosen;
-            });
-        const auto fast =
-            frequencies(kRounds, targets, [divisor](std::vector<Pixel> &list, const std::vector<Pixel> &wanted) {
+/// The plain way as the fit is defined, sort and shuffle in place, against the search: each pixel is chosen as often,
+/// also where several at equal distances compete for the fifth place.
+TEST(Nearest, ChoosesEachPixelAsOftenAsSortingDoes) {
+    std::srand(17);
+    for (const Pixel target : {Pixel{4, 1}, {6, 4}, {0, 0}, {5, 2}}) {
+        for (const std::size_t divisor : {1U, 2U}) {
+            const Frequencies plain =
+                frequencies([&](std::vector<Pixel> &list) { return plainChoice(list, target, list.size() / divisor); });
+            const Frequencies fast = frequencies([&](std::vector<Pixel> &list) {
                 NearestPixels nearest(list);
-                std::vector<Pixel> chosen;
-                for (const Pixel &target : wanted) {
-                    const auto found = nearest.find(target, list.size() / divisor);
-                    std::vector<std::uint32_t> candidates(found.begin(), found.end());
-                    shuffle(std::span(candidates));
-                    chosen.push_back(list[candidates.front()]);
-                }
-                return chosen;
+                const auto found = nearest.find(target, list.size() / divisor);
+                std::vector<std::uint32_t> candidates(found.begin(), found.end());
+                shuffle(std::span(candidates));
+                return list[candidates.front()];
             });
-        for (std::size_t index = 0; index < targets.size(); ++index) {
-            // Two samples of the same distribution: the sum below follows chi squared with one degree less than pixels.
             std::map<std::pair<int, int>, std::pair<int, int>> both;
-            for (const auto &[pixel, count] : plain[index])
+            for (const auto &[pixel, count] : plain)
                 both[pixel].first = count;
-            for (const auto &[pixel, count] : fast[index])
+            for (const auto &[pixel, count] : fast)
                 both[pixel].second = count;
+            // Of two samples of one distribution the sum follows chi squared with one degree less than pixels.
             double sum = 0;
             for (const auto &[pixel, counts] : both) {
                 const double difference = counts.first - counts.second;
@@ -159,9 +146,38 @@ TEST(Nearest, ChoosesEachPixelAsOftenAsSortingInPlaceDoes) {
             const double freedom = static_cast<double>(both.size()) - 1;
             EXPECT_GE(freedom, 4);
             // Four standard deviations above the mean.
-            EXPECT_LT(sum, freedom + 4 * std::sqrt(2 * freedom)) << "divisor " << divisor << ", target " << index;
+            EXPECT_LT(sum, freedom + 4 * std::sqrt(2 * freedom))
+                << "target " << target.x << ", " << target.y << ", divisor " << divisor;
         }
     }
+}
+
+/// Anchor after anchor with one generator: the search draws as often as the plain way and takes the same pixels. Equal
+/// distances come in list order on both sides here; in the plain way's own list they come as the sorts before left
+/// them.
+TEST(Nearest, AWholeRowOfChoicesIsThePlainOne) {
+    std::vector<Pixel> list = wavyBorder(400, 5);
+    NearestPixels nearest(list);
+    std::mt19937 random(6);
+    std::vector<Pixel> targets;
+    for (int count = 0; count < 200; ++count)
+        targets.push_back({static_cast<int>(random() % 400), static_cast<int>(random() % 400)});
+    const auto choices = [&](auto order) {
+        std::srand(9);
+        std::vector<Pixel> chosen;
+        for (const Pixel &target : targets) {
+            std::vector<std::uint32_t> candidates = order(target);
+            shuffle(std::span(candidates).first(kCandidates));
+            chosen.push_back(list[candidates.front()]);
+        }
+        return chosen;
+    };
+    const auto plain = choices([&](const Pixel &target) { return plainOrder(list, target, list.size() / 2); });
+    const auto fast = choices([&](const Pixel &target) {
+        const auto found = nearest.find(target, list.size() / 2);
+        return std::vector<std::uint32_t>(found.begin(), found.end());
+    });
+    EXPECT_EQ(plain, fast);
 }
 
 } // namespace
