@@ -2,7 +2,7 @@
 """Renders a clip with the selection of a preview: graded frames, overlay frames, masks."""
 import os
 
-from . import hostkit
+from . import colorkey, hostkit
 from .errors import HostError
 
 # The stages that the module itself accounts for: showing a frame's outline, and turning it into runs.
@@ -22,7 +22,9 @@ _SHEET_SMALLEST_SIDE = 16
 class Renderer(object):
     """Goes through the clip once, with the preview placed on a display of the pictures' size."""
 
-    def __init__(self, reader, preview, grade, stages):
+    def __init__(self, reader, preview, grade, stages, fits=()):
+        """`fits` stand first on the contact sheet."""
+        self._fits = fits
         self._reader = reader
         self._preview = preview
         self._overlay = preview.overlay
@@ -49,6 +51,8 @@ class Renderer(object):
         overlay_video = self._writer(folder, 'overlay', codec)
         masks = folder.folder('masks')
         sheet = hostkit.ContactSheet(_SHEET_COLUMNS, *self._sheet_frame())
+        for fit in self._fits:
+            colorkey.add_to_sheet(sheet, fit)
         sheet_frames = self._frames_for_sheet()
         keyframes = self._preview.keyframes()
 

@@ -4,13 +4,14 @@ from __future__ import absolute_import
 
 import ctypes
 import math
+import os
 import unittest
 
 from fixture import ADD, EditorCase, bytes_of, logged
 
 WIDTH, HEIGHT = 400, 300
 # The generator that the fit draws from.
-RUN_TIME = ctypes.CDLL(None)
+RUN_TIME = ctypes.CDLL('msvcrt' if os.name == 'nt' else None)
 
 
 def rows(spans, width=WIDTH, height=HEIGHT):
@@ -293,9 +294,7 @@ class WrongArguments(Fitting):
 class Log(unittest.TestCase):
 
     SCRIPT = """
-import ctypes
 import _Orvanel as o
-ctypes.CDLL(None).srand(1)
 this = o.new_Orvanel()
 o.Orvanel_SetVideoCoordinate(this, 400, 300, 0, 0, 400, 300)
 for x, y in ((100, 100), (200, 100), (200, 200), (100, 200), (100, 100)):
