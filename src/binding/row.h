@@ -53,13 +53,6 @@ struct Signature<R (Object::*)(Parameters...) const> {
     static constexpr bool isMethod = true;
 };
 
-/// Stands where a row's function belongs while that function is still to come.
-template <typename Function>
-struct NotBuilt {};
-
-template <typename Function>
-struct Signature<NotBuilt<Function>> : Signature<Function> {};
-
 template <typename T>
 constexpr ResultShape resultShape() {
     if constexpr (std::is_void_v<T> || std::is_same_v<T, Outcome>)
@@ -83,8 +76,6 @@ class Row {
 
     static constexpr std::size_t kCount = std::tuple_size_v<typename Types::Declared>;
     static constexpr std::size_t kRequired = kCount - sizeof...(Defaults);
-    static constexpr bool kBuilt =
-        std::is_member_function_pointer_v<decltype(Function)> || std::is_pointer_v<decltype(Function)>;
 
     template <std::size_t Index>
     static constexpr auto defaultValue() {
@@ -112,9 +103,7 @@ class Row {
     template <typename... Arguments>
     static PyObject *run(Arguments &&...arguments) {
         try {
-            if constexpr (!kBuilt) {
-                return refuseUnbuilt(Name.c_str());
-            } else if constexpr (std::is_void_v<Result>) {
+            if constexpr (std::is_void_v<Result>) {
                 std::invoke(Function, std::forward<Arguments>(arguments)...);
                 Py_RETURN_NONE;
             } else {
@@ -187,7 +176,7 @@ class Row {
     }
 
     static constexpr Entry entry(const char *argumentNames, const char *meaning) {
-        return {Name.c_str(), &call, kArguments, kRequired, resultShape<Result>(), kBuilt, argumentNames, meaning};
+        return {Name.c_str(), &call, kArguments, kRequired, resultShape<Result>(), argumentNames, meaning};
     }
 };
 
@@ -195,12 +184,6 @@ class Row {
 template <FixedText Name, auto Function, auto... Defaults>
 constexpr Entry row(const char *argumentNames, const char *meaning) {
     return Row<Name, Function, Defaults...>::entry(argumentNames, meaning);
-}
-
-/// An entry whose function is still to come: converts its arguments as it will, then raises NotImplementedError.
-template <FixedText Name, typename Function>
-constexpr Entry notBuilt(const char *argumentNames, const char *meaning) {
-    return Row<Name, NotBuilt<Function>{}>::entry(argumentNames, meaning);
 }
 
 } // namespace binding

@@ -5,6 +5,7 @@ import unittest
 
 import _Orvanel
 import support
+import valid_calls
 
 SELF = 'Orvanel *'
 CONST = 'Orvanel const *'
@@ -152,7 +153,14 @@ class Rows(unittest.TestCase):
             self.assertIn(alias + ' *', texts)
 
     def test_nothing_is_still_to_come(self):
-        self.assertEqual([entry.name for entry in self.table.entries if not entry.built], [])
+        missing = []
+        for entry in self.table.entries:
+            arguments = () if entry.name == 'new_Orvanel' else valid_calls.arguments(entry, valid_calls.make_object())
+            try:
+                getattr(_Orvanel, entry.name)(*arguments)
+            except NotImplementedError:
+                missing.append(entry.name)
+        self.assertEqual(missing, [])
 
 
 if __name__ == '__main__':

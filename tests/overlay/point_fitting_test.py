@@ -5,6 +5,7 @@ from __future__ import absolute_import
 import ctypes
 import math
 import os
+import threading
 import unittest
 
 from fixture import ADD, EditorCase, bytes_of, logged
@@ -289,6 +290,53 @@ class WrongArguments(Fitting):
             self.fit(disk(200, 150, 90))
             self.editor.ReDraw()
             self.assertTrue(self.editor.points() or not points)
+
+
+class Threads(Fitting):
+
+    def test_nobody_sees_half_a_fit_and_nothing_hangs(self):
+        """One thread fits, with a callable that calls back; another one moves the mouse, which lets the interpreter run; a
+        third looks at the outline."""
+        editor, seen = self.editor, []
+        editor.PrepareKeyframe(0)
+        outlines = ([(120, 90), (330, 80), (300, 200), (90, 180)], [(50, 100), (200, 40), (350, 90), (340, 220), (60, 210)])
+        settings = []
+        for outline in outlines:
+            editor.DeleteAllPoints()
+            editor.draw(outline)
+            settings.append(editor.GetCurrentDevSetting())
+        running = [True]
+
+        def look(event=None):
+            types = [point[0] for point in editor.points()]
+            if types and types != [0, 1, 1] * (len(types) // 3):
+                seen.append(types)
+
+        def move():
+            while running[0]:
+                for x in range(0, WIDTH, 7):
+                    editor.move(x, 150)
+
+        def watch():
+            while running[0]:
+                look()
+                editor.PrepareKeyframe(0)
+        editor.SetCallbackFunc(look)
+        threads = [threading.Thread(target=body) for body in (move, watch)]
+        for thread in threads:
+            thread.start()
+        try:
+            for number in range(40):
+                editor.SetDevSetting(settings[number % 2])
+                editor.PrepareKeyframe(0)
+                self.fit(disk(200, 150, 90))
+        finally:
+            running[0] = False
+            for thread in threads:
+                thread.join(60)
+        self.assertFalse([thread for thread in threads if thread.isAlive()])
+        self.assertEqual(seen, [])
+        self.assertLayout()
 
 
 class Log(unittest.TestCase):
