@@ -193,6 +193,9 @@ GESTURES = {
     'keyframe': {},
     'remove-keyframe': {},
     'invert': {'on': (_boolean, True)},
+    'fit': {'at': (_place, _REQUIRED), 'tolerance': (_number(0, 255), _REQUIRED), 'margin': (_number(0, 100, whole=True), 4),
+            'seed': (_number(0, 2 ** 31 - 1, whole=True), 1)},
+    'hold': {'frame': (_number(0, whole=True), _REQUIRED)},
     'undo': {},
     'redo': {},
 }

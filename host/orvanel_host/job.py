@@ -6,6 +6,7 @@ import sys
 import tqdm
 
 from . import editfile, hostkit, selection
+from .colorkey import ClipPictures
 from .errors import HostError
 from .outputs import OutputFolder
 from .preview import Preview
@@ -39,20 +40,21 @@ def _run(clip, edit_path, out, size, codec):
         preview = Preview(clock)
         try:
             with stages.stage('replay'):
-                Replay(edit, preview).run()
+                replay = Replay(edit, preview, ClipPictures(clip))
+                replay.run()
             text = selection.to_json(preview.overlay.GetCurrentDevSetting())
             with open(folder.file('selection.json'), 'w') as stream:
                 stream.write(text)
             # The saved selection is what is rendered. Loading it drops what was picked and hovered, too.
             preview.load(selection.from_json(text))
-            renderer = Renderer(reader, preview, edit.grade, stages)
+            renderer = Renderer(reader, preview, edit.grade, stages, replay.fits)
             with _progress_bar('rendering', clock.frameCount()) as bar:
                 renderer.run(folder, codec, bar.update)
             keyframes = preview.keyframes()
         finally:
             preview.close()
         folder.commit()
-    return _summary(clip, reader, clock, edit, preview, keyframes, renderer, stages, out)
+    return _summary(clip, reader, clock, edit, preview, keyframes, replay.fits, renderer, stages, out)
 
 
 def _read_clock(clip, reader):
@@ -72,7 +74,7 @@ def _progress_bar(what, total):
     return tqdm.tqdm(desc=what, total=total, unit=' frames', leave=False, disable=not sys.stderr.isatty())
 
 
-def _summary(clip, reader, clock, edit, preview, keyframes, renderer, stages, out):
+def _summary(clip, reader, clock, edit, preview, keyframes, fits, renderer, stages, out):
     frames = clock.frameCount()
     runs = renderer.runs_per_frame
     module = stages.together(MODULE_STAGES)
@@ -90,4 +92,6 @@ def _summary(clip, reader, clock, edit, preview, keyframes, renderer, stages, ou
             median(module) * 1000, ' + '.join(MODULE_STAGES), sum(module) * 1000 / len(module))),
         ('results', out),
     ]
+    lines[4:4] = [('fit', 'frame %d: overlap of outline and colour key %.0f%%, as drawn %.0f%%' % (
+        fit.frame, 100 * fit.after, 100 * fit.before)) for fit in fits]
     return '\n'.join('%-13s %s' % line for line in lines)

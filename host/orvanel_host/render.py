@@ -6,7 +6,7 @@ The video renderer pulls the overlay through the module's texture map on its own
 import contextlib
 import os
 
-from . import hostkit
+from . import colorkey, hostkit
 from .errors import HostError
 
 # The stages that the module itself accounts for: bringing the texture up to date with a frame's outline, and turning that
@@ -27,7 +27,9 @@ _SHEET_SMALLEST_SIDE = 16
 class Renderer(object):
     """Goes through the clip once, with the preview placed on a display of the pictures' size."""
 
-    def __init__(self, reader, preview, grade, stages):
+    def __init__(self, reader, preview, grade, stages, fits=()):
+        """`fits` stand first on the contact sheet."""
+        self._fits = fits
         self._reader = reader
         self._preview = preview
         self._overlay = preview.overlay
@@ -60,6 +62,8 @@ class Renderer(object):
         overlay_video = self._writer(folder, 'overlay', codec)
         masks = folder.folder('masks')
         sheet = hostkit.ContactSheet(_SHEET_COLUMNS, *self._sheet_frame())
+        for fit in self._fits:
+            colorkey.add_to_sheet(sheet, fit)
         sheet_frames = self._frames_for_sheet()
         keyframes = self._preview.keyframes()
 

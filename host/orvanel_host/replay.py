@@ -4,20 +4,29 @@
 A recording says what somebody did and where. Each gesture checks that it met what it was recorded on: a press that lands
 beside a handle would otherwise draw something else without a word.
 """
-from . import hostkit, outline
+import ctypes
+import os
+
+from . import colorkey, hostkit, outline, selection
 from .errors import EditError
 
 # A dragged point lands on the pointer; what is compared has been to fractions and back.
 _LANDING_TOLERANCE = 1
 
+# A fit chooses among equally near places with the C run time's generator: seeded, an edit replays the same every time.
+_RUN_TIME = ctypes.CDLL('msvcrt' if os.name == 'nt' else None)
+
 
 class Replay(object):
     """Carries out the gestures of an edit in a preview."""
 
-    def __init__(self, edit, preview):
+    def __init__(self, edit, preview, pictures=None):
+        """`pictures` supplies the frames that a fit takes its colours from."""
         self._edit = edit
         self._preview = preview
         self._overlay = preview.overlay
+        self._pictures = pictures
+        self.fits = []
 
     def run(self):
         """All gestures in order; EditError names the first that does not work."""
@@ -193,6 +202,39 @@ class Replay(object):
     def do_invert(self, on):
         with self._preview.gesture():
             self._overlay.SetInverse(on)
+
+    def do_fit(self, at, tolerance, margin, seed):
+        if not self._preview.shows_mask():
+            raise EditError('an outline has to be closed before it can be fitted')
+        frame = self._preview.frame
+        picture = self._pictures.frame(frame) if self._pictures else None
+        if picture is None:
+            raise EditError('there is no picture of frame %d to take a colour from' % frame)
+        picture, times = colorkey.enlarged(picture)
+        size = picture.width(), picture.height()
+        drawn = self._overlay.Convert2SelectionLineUS(size)
+        left, top, width, height = self._preview.rect
+        x, y = self._pixels(at)
+        place = int((x - left) * size[0] // width), int((y - top) * size[1] // height)
+        key = colorkey.derive(picture, drawn, place, tolerance, margin * times)
+        if not key:
+            raise EditError('nothing near the outline has that colour')
+        runs = colorkey.runs_of(key, size)
+        with self._preview.gesture():
+            _RUN_TIME.srand(seed)
+            self._overlay.AdjustPoints((0.0, 0.0), runs, size)
+        fitted = self._overlay.Convert2SelectionLineUS(size)
+        before, after = (colorkey.overlap(key, colorkey.pixels_of(other, size)) for other in (drawn, fitted))
+        self.fits.append(colorkey.Fit(frame, picture, size, runs, drawn, fitted, before, after))
+
+    def do_hold(self, frame):
+        clock = self._preview.clock
+        if self._preview.frame not in self._preview.keyframes():
+            raise EditError('frame %d is not a keyframe' % self._preview.frame)
+        if frame >= clock.frameCount():
+            raise EditError("frame %d lies beyond the clip's last frame %d" % (frame, clock.frameCount() - 1))
+        setting = self._overlay.GetCurrentDevSetting()
+        self._preview.load(selection.with_keyframe_copied(setting, clock.startOf(self._preview.frame), clock.startOf(frame)))
 
     def do_undo(self):
         if not self._preview.undo():

@@ -70,6 +70,15 @@ def from_json(text):
         raise HostError('the selection cannot be read: %s' % error)
 
 
+def with_keyframe_copied(setting, source, target):
+    """The device setting with the keyframe at time `source` standing at time `target` as well."""
+    keyframes = dict((keyframe[_DURATION], keyframe[_KEY_POINTS]) for keyframe in setting[_KEYFRAMES])
+    keyframes[long(target)] = keyframes[source]
+    changed = dict(setting)
+    changed[_KEYFRAMES] = [{_DURATION: long(time), _KEY_POINTS: keyframes[time]} for time in sorted(keyframes)]
+    return changed
+
+
 def _dump(document):
     """Readable JSON: a field a line, a point a line. The library can only do one value a line."""
     return _render(document, 0) + '\n'

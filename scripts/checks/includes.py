@@ -18,10 +18,11 @@ MAY_INCLUDE = {
     'overlay/types': ('platform',),
     'support': _BASE,
     'mask': ('support',) + _BASE,
+    'fitting': ('mask', 'support') + _BASE,
     # The interpreter's locks and calls; the texture room stands on them because it hands out Python objects.
     'callback': ('support',) + _BASE,
     'texture': ('callback', 'support') + _BASE,
-    'overlay': ('mask', 'texture', 'callback', 'support') + _BASE,
+    'overlay': ('fitting', 'mask', 'texture', 'callback', 'support') + _BASE,
     'binding': ('overlay', 'mask', 'texture', 'callback', 'support') + _BASE,
     # Outside src/: what is published to the one who supplies a component, and to the one who embeds the module.
     'canvas': ('mask', 'support') + _BASE,

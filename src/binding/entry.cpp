@@ -51,10 +51,6 @@ PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> argume
     return nullptr;
 }
 
-PyObject *refuseUnbuilt(const char *name) {
-    return PyErr_Format(PyExc_NotImplementedError, "%s is not built yet", name);
-}
-
 PyObject *refuseException() {
     try {
         throw;

@@ -33,7 +33,6 @@ struct Entry {
     std::span<const ArgumentShape> arguments; ///< all of them, self included
     std::size_t required;                     ///< fewer than `arguments` in an overloaded entry
     ResultShape result;
-    bool isBuilt;
     /// Names of the arguments in Python terms, "self, x, y".
     const char *argumentNames = "";
     /// One line: what it does, units, result codes.
@@ -56,8 +55,6 @@ PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *
 PyObject *refuseArgument(const char *name, std::size_t number, const char *text, Refusal refusal);
 /// NotImplementedError with overloadText.
 PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required);
-/// NotImplementedError of an entry whose method is still to come.
-PyObject *refuseUnbuilt(const char *name);
 /// Turns the C++ exception being handled into a Python one; only memory can run out.
 PyObject *refuseException();
 

@@ -23,9 +23,6 @@ Outcome registerOrvanelClass(PyObject *proxyClass) {
     return {registerProxyClass(proxyClass)};
 }
 
-// Functions that are still to come.
-using AdjustPointsFunction = PyObject *(Orvanel::*)(PyObject *, PyObject *, PyObject *);
-
 // One line a row, however long: a row is added, read and compared as a whole.
 // clang-format off
 constexpr Entry kEntries[] = {
@@ -56,7 +53,7 @@ constexpr Entry kEntries[] = {
     row<"Orvanel_Convert2Mask", &Orvanel::Convert2Mask>("self, refreshAll", "Stores the outline into the keyframe track. 1: every keyframe was refreshed; 0: the present one was stored; E_FAIL: the outline is too short."),
     row<"Orvanel_Convert2SelectionLineUS", &Orvanel::Convert2SelectionLineUS>("self, size", "The mask's runs for a size of (width, height) pixels: a list of (x, y, length) tuples, x and length as fractions of the width, y of the height; None when the outline is too short."),
     row<"Orvanel_DumpBitmap", &Orvanel::DumpBitmap>("runs, size, path", "Writes a run list as a picture of (width, height) pixels for diagnosis; path is a byte string. Always 0."),
-    notBuilt<"Orvanel_AdjustPoints", AdjustPointsFunction>("self, ignored, runs, size", "Fits the outline to the run list of a mask of (width, height) pixels; the pair of floats is read and not used. None."),
+    row<"Orvanel_AdjustPoints", &Orvanel::AdjustPoints>("self, ignored, runs, size", "Fits the outline to the run list of a mask of (width, height) pixels; the pair of floats is read and not used. None."),
     row<"Orvanel_IsHoverControlPoint", &Orvanel::IsHoverControlPoint>("self", "Whether the pointer is over a point of an editable outline."),
     row<"Orvanel_IsHoverPointInLine", &Orvanel::IsHoverPointInLine>("self", "Whether the pointer is over a segment of an editable outline."),
     row<"Orvanel_IsHoverSelectedPointInLine", &Orvanel::IsHoverSelectedPointInLine>("self", "Whether the pointer is over a segment whose two ends are selected."),

@@ -53,13 +53,6 @@ struct Signature<R (Object::*)(Parameters...) const> {
     static constexpr bool isMethod = true;
 };
 
-/// Stands where a row's function belongs while that function is still to come.
-template <typename Function>
-struct NotBuilt {};
-
-template <typename Function>
-struct Signature<NotBuilt<Function>> : Signature<Function> {};
-
 template <typename T>
 constexpr ResultShape resultShape() {
     if constexpr (std::is_void_v<T> || std::is_same_v<T, Outcome>)
@@ -86,8 +79,6 @@ class Row {
     static constexpr bool kOverloaded = sizeof...(Defaults) > 0;
     /// The interpreter makes no tuple for the only argument of a function, and counts for itself.
     static constexpr bool kTakesOne = kCount == 1 && !kOverloaded;
-    static constexpr bool kBuilt =
-        std::is_member_function_pointer_v<decltype(Function)> || std::is_pointer_v<decltype(Function)>;
 
     template <std::size_t Index>
     static constexpr auto defaultValue() {
@@ -115,9 +106,7 @@ class Row {
     template <typename... Arguments>
     static PyObject *run(Arguments &&...arguments) {
         try {
-            if constexpr (!kBuilt) {
-                return refuseUnbuilt(Name.c_str());
-            } else if constexpr (std::is_void_v<Result>) {
+            if constexpr (std::is_void_v<Result>) {
                 std::invoke(Function, std::forward<Arguments>(arguments)...);
                 Py_RETURN_NONE;
             } else {
@@ -198,8 +187,14 @@ class Row {
     static constexpr std::array<ArgumentShape, kCount> kArguments = describe(std::make_index_sequence<kCount>{});
 
     static constexpr Entry entry(const char *argumentNames, const char *meaning) {
-        return {Name.c_str(), kTakesOne ? &callWithOne : &callWithTuple, kTakesOne ? METH_O : METH_VARARGS, kArguments, kRequired,
-                resultShape<Result>(), kBuilt, argumentNames, meaning};
+        return {Name.c_str(),
+                kTakesOne ? &callWithOne : &callWithTuple,
+                kTakesOne ? METH_O : METH_VARARGS,
+                kArguments,
+                kRequired,
+                resultShape<Result>(),
+                argumentNames,
+                meaning};
     }
 };
 
@@ -207,12 +202,6 @@ class Row {
 template <FixedText Name, auto Function, auto... Defaults>
 constexpr Entry row(const char *argumentNames, const char *meaning) {
     return Row<Name, Function, Defaults...>::entry(argumentNames, meaning);
-}
-
-/// An entry whose function is still to come: converts its arguments as it will, then raises NotImplementedError.
-template <FixedText Name, typename Function>
-constexpr Entry notBuilt(const char *argumentNames, const char *meaning) {
-    return Row<Name, NotBuilt<Function>{}>::entry(argumentNames, meaning);
 }
 
 } // namespace binding

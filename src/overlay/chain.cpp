@@ -28,6 +28,15 @@ std::size_t countAnchors(const std::vector<MPoint> &points) {
     return static_cast<std::size_t>(std::count_if(points.begin(), points.end(), isAnchor));
 }
 
+std::vector<std::size_t> anchorPositions(const std::vector<MPoint> &points) {
+    std::vector<std::size_t> positions;
+    for (std::size_t index = 0; index < points.size(); ++index) {
+        if (isAnchor(points[index]))
+            positions.push_back(index);
+    }
+    return positions;
+}
+
 namespace {
 
 std::optional<std::size_t> walkToAnchor(const std::vector<MPoint> &points, std::size_t index, std::ptrdiff_t step) {
@@ -111,6 +120,14 @@ void moveAnchor(const Chain &chain, std::size_t index, std::int32_t dx, std::int
     translate(chain, index, dx, dy);
     followAnchor(chain, index, -1, chain.points[index].curveIn == 1, dx, dy);
     followAnchor(chain, index, 1, chain.points[index].curveOut == 1, dx, dy);
+}
+
+void placeAnchor(const Chain &chain, std::size_t index, float x, float y) {
+    const MPoint &anchor = chain.points[index];
+    moveAnchor(chain, index, wrappingDifference(placeCoordinate(x, chain.placement.width, chain.placement.left), anchor.x),
+               wrappingDifference(placeCoordinate(y, chain.placement.height, chain.placement.top), anchor.y));
+    chain.pointsF[index].x = x;
+    chain.pointsF[index].y = y;
 }
 
 void moveAll(const Chain &chain, std::int32_t dx, std::int32_t dy) {

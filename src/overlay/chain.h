@@ -40,6 +40,8 @@ std::size_t wrappedIndex(std::size_t index, std::ptrdiff_t steps, std::size_t co
 bool isWithin(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1, std::int32_t tolerance);
 
 std::size_t countAnchors(const std::vector<MPoint> &points);
+/// Chain positions of the anchors, in order.
+std::vector<std::size_t> anchorPositions(const std::vector<MPoint> &points);
 /// The nearest anchor walking from `index` (itself included) backwards or forwards; nothing in a chain without anchors.
 std::optional<std::size_t> anchorAtOrBefore(const std::vector<MPoint> &points, std::size_t index);
 std::optional<std::size_t> anchorAtOrAfter(const std::vector<MPoint> &points, std::size_t index);
@@ -57,6 +59,11 @@ void closeChain(const Chain &chain);
 bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index);
 /// Removes the selected anchors with their control points; segments that arise are straight, the closing one included.
 void removeAnchors(const Chain &chain, const std::vector<unsigned int> &selected);
+/// Puts the anchors, given by number, into that order; each number comes once. Segments that stay keep their control points,
+/// those that arise are straight.
+void reorderAnchors(const Chain &chain, const std::vector<std::uint32_t> &order);
+/// Whether the chain ends with control points, those of the segment back to the first anchor.
+bool isClosed(const Chain &chain);
 /// Removes the last anchor and two control points.
 void removeLastAnchor(const Chain &chain);
 
@@ -64,6 +71,8 @@ void removeLastAnchor(const Chain &chain);
 void moveControl(const Chain &chain, std::size_t index, std::int32_t dx, std::int32_t dy);
 /// Moves one anchor; bent sides move their handle along, straight sides are re-placed.
 void moveAnchor(const Chain &chain, std::size_t index, std::int32_t dx, std::int32_t dy);
+/// Puts one anchor on a place in fractions of the placement rectangle, kept as it is; the sides follow as in moveAnchor.
+void placeAnchor(const Chain &chain, std::size_t index, float x, float y);
 /// Moves every point.
 void moveAll(const Chain &chain, std::int32_t dx, std::int32_t dy);
 /// Recomputes the coordinates of a point's twin.

@@ -45,8 +45,6 @@ std::size_t controlsAfter(const std::vector<MPoint> &points, std::size_t index) 
     return static_cast<std::size_t>(std::find_if_not(first, points.end(), isControl) - first);
 }
 
-bool endsWithControls(const std::vector<MPoint> &points) { return !points.empty() && isControl(points.back()); }
-
 /// Appends an anchor or a handle together with its twin.
 void append(const Chain &chain, const MPoint &point) {
     chain.points.push_back(point);
@@ -59,7 +57,42 @@ void appendStraightControls(const Chain &chain, const MPoint &from, const MPoint
     append(chain, threeQuarters);
 }
 
+/// Makes a chain of some of its anchors, in any order. The control points between two that were neighbours stay; straight
+/// ones arise between others.
+void rebuild(const Chain &chain, const std::vector<std::size_t> &kept) {
+    std::vector<MPoint> points;
+    std::vector<MPointF> pointsF;
+    const Chain rebuilt = {points, pointsF, chain.placement};
+    const bool closed = isClosed(chain);
+    for (std::size_t position = 0; position < kept.size(); ++position) {
+        const std::size_t anchor = kept[position];
+        points.push_back(chain.points[anchor]);
+        pointsF.push_back(chain.pointsF[anchor]);
+        const bool isLast = position + 1 == kept.size();
+        if (isLast && !closed)
+            break;
+        const std::size_t next = kept[isLast ? 0 : position + 1];
+        const std::size_t controls = controlsAfter(chain.points, anchor);
+        if (kept.size() > 1 && wrappedIndex(anchor, static_cast<std::ptrdiff_t>(controls) + 1, chain.size()) == next) {
+            for (std::size_t index = anchor + 1; index <= anchor + controls; ++index) {
+                points.push_back(chain.points[index]);
+                pointsF.push_back(chain.pointsF[index]);
+            }
+            continue;
+        }
+        points.back().curveOut = pointsF.back().curveOut = 0;
+        appendStraightControls(rebuilt, chain.points[anchor], chain.points[next]);
+        chain.points[next].curveIn = chain.pointsF[next].curveIn = 0;
+        if (isLast)
+            points.front().curveIn = pointsF.front().curveIn = 0;
+    }
+    chain.points = std::move(points);
+    chain.pointsF = std::move(pointsF);
+}
+
 } // namespace
+
+bool isClosed(const Chain &chain) { return !chain.points.empty() && isControl(chain.points.back()); }
 
 std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to) {
     return {controlAt(from, 0.25, from, to), controlAt(from, 0.75, from, to)};
@@ -67,7 +100,7 @@ std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to)
 
 void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y) {
     const MPoint anchor = {kAnchorPoint, x, y, 0, 0, 0};
-    const bool closed = endsWithControls(chain.points);
+    const bool closed = isClosed(chain);
     if (closed) {
         // The closing segment leads to the new anchor from here on, and another one leads back from it.
         const std::size_t last = anchorAtOrBefore(chain.points, chain.size() - 1).value_or(0);
@@ -131,39 +164,18 @@ void removeAnchors(const Chain &chain, const std::vector<unsigned int> &selected
         if (index < chain.size())
             removed[index] = true;
     }
+    std::vector<std::size_t> kept = anchorPositions(chain.points);
+    std::erase_if(kept, [&removed](std::size_t index) { return removed[index]; });
+    rebuild(chain, kept);
+}
+
+void reorderAnchors(const Chain &chain, const std::vector<std::uint32_t> &order) {
+    const std::vector<std::size_t> positions = anchorPositions(chain.points);
     std::vector<std::size_t> kept;
-    for (std::size_t index = 0; index < chain.size(); ++index) {
-        if (isAnchor(chain.points[index]) && !removed[index])
-            kept.push_back(index);
-    }
-    std::vector<MPoint> points;
-    std::vector<MPointF> pointsF;
-    const Chain rebuilt = {points, pointsF, chain.placement};
-    const bool closed = endsWithControls(chain.points);
-    for (std::size_t position = 0; position < kept.size(); ++position) {
-        const std::size_t anchor = kept[position];
-        points.push_back(chain.points[anchor]);
-        pointsF.push_back(chain.pointsF[anchor]);
-        const bool isLast = position + 1 == kept.size();
-        if (isLast && !closed)
-            break;
-        const std::size_t next = kept[isLast ? 0 : position + 1];
-        const std::size_t controls = controlsAfter(chain.points, anchor);
-        if (kept.size() > 1 && wrappedIndex(anchor, static_cast<std::ptrdiff_t>(controls) + 1, chain.size()) == next) {
-            for (std::size_t index = anchor + 1; index <= anchor + controls; ++index) {
-                points.push_back(chain.points[index]);
-                pointsF.push_back(chain.pointsF[index]);
-            }
-            continue;
-        }
-        points.back().curveOut = pointsF.back().curveOut = 0;
-        appendStraightControls(rebuilt, chain.points[anchor], chain.points[next]);
-        chain.points[next].curveIn = chain.pointsF[next].curveIn = 0;
-        if (isLast)
-            points.front().curveIn = pointsF.front().curveIn = 0;
-    }
-    chain.points = std::move(points);
-    chain.pointsF = std::move(pointsF);
+    kept.reserve(order.size());
+    for (const std::uint32_t number : order)
+        kept.push_back(positions[number]);
+    rebuild(chain, kept);
 }
 
 void removeLastAnchor(const Chain &chain) {

@@ -272,4 +272,47 @@ TEST(Chain, OppositeHandles) {
     EXPECT_FALSE(oppositeHandle(open.points, 1));
 }
 
+TEST(Chain, ReorderingKeepsSegmentsThatStayAndStraightensThoseThatArise) {
+    TestChain chain = TestChain::of({{0, 0}, {40, 40}, {40, 0}, {0, 40}}, true);
+    moveControl(chain, 10, 5, 5); // bends the closing segment
+    reorderAnchors(chain, {0, 2, 1, 3});
+    expectLayout(chain);
+    EXPECT_EQ(positions(chain), (Positions{{0, 0}, {10, 0}, {30, 0}, {40, 0}, {40, 10}, {40, 30}, {40, 40}, {30, 40}, {10, 40},
+                                           {0, 40}, {5, 35}, {0, 10}}));
+    EXPECT_EQ(chain.points[9].curveOut, 1U);
+    EXPECT_EQ(chain.points[0].curveIn, 1U);
+    reorderAnchors(chain, {0, 3, 2, 1});
+    expectLayout(chain);
+    EXPECT_EQ(positions(chain)[3], (std::pair{0, 40}));
+    for (const MPoint &point : chain.points)
+        EXPECT_EQ(point.curveIn + point.curveOut, 0U);
+}
+
+TEST(Chain, ReorderingIntoTheSameOrderChangesNothing) {
+    TestChain chain = square();
+    moveControl(chain, 4, 3, 3);
+    const std::vector<MPoint> before = chain.points;
+    reorderAnchors(chain, {0, 1, 2, 3});
+    EXPECT_EQ(chain.points, before);
+}
+
+TEST(Chain, APlacedAnchorKeepsItsPlaceAndTheSidesFollow) {
+    TestChain chain = square();
+    placeAnchor(chain, 3, 0.8049F, 0.2F);
+    EXPECT_EQ(chain.pointsF[3].x, 0.8049F); // finer than a pixel
+    EXPECT_EQ((std::pair{chain.points[3].x, chain.points[3].y}), (std::pair{80, 20}));
+    EXPECT_EQ((std::pair{chain.points[4].x, chain.points[4].y}), (std::pair{70, 25}));
+    EXPECT_EQ((std::pair{chain.points[2].x, chain.points[2].y}), (std::pair{60, 15}));
+}
+
+TEST(Chain, AnchorPositionsAndWhetherItIsClosed) {
+    TestChain open = TestChain::of({{0, 0}, {1, 1}, {2, 2}}, false);
+    EXPECT_EQ(anchorPositions(open.points), (std::vector<std::size_t>{0, 3, 6}));
+    EXPECT_FALSE(isClosed(open));
+    EXPECT_TRUE(isClosed(square()));
+    TestChain none;
+    EXPECT_FALSE(isClosed(none));
+    EXPECT_TRUE(anchorPositions(none.points).empty());
+}
+
 } // namespace

@@ -19,6 +19,7 @@
 
 #include "callback/py_callback_wnd.h"
 #include "callback/python_fwd.h"
+#include "fitting/border.h"
 #include "mask/mask_handler.h"
 #include "overlay/centroid.h"
 #include "overlay/chain.h"
@@ -34,6 +35,11 @@
 class FrameSource;
 class PyMapWrapper;
 struct WorkerBlock;
+
+namespace fitting {
+class Target;
+struct Place;
+} // namespace fitting
 
 namespace loom {
 class IAllocator;
@@ -177,6 +183,11 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     /// List of (x, y, length) tuples, or None without a reference when the outline is too short.
     PyObject *Convert2SelectionLineUS(PyObject *size) const;
 
+    // --- Fitting to a mask (point_fitting.cpp) ---
+
+    /// Fits the outline to a run list of a mask of `size` pixels; malformed arguments fit nothing. None. New reference.
+    PyObject *AdjustPoints(PyObject *ignored, PyObject *runs, PyObject *size);
+
   private:
     friend class OrvanelInspector;
 
@@ -208,6 +219,16 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void forgetSelectionAndHover();
     void clampMove(INT &dx, INT &dy) const;
     void replaceScreenPoints();
+
+    /// E_ABORT, and nothing changed, for a mask without pixels.
+    HRESULT FindTargetPointsFromMask(const std::vector<Quill::MaskRunF> &runs, int width, int height);
+    /// Puts the anchors into border order. E_FAIL when they are too many for the number of points.
+    HRESULT FindTargetPointsFromMask_IntersecRemoval(fitting::Target &target, int width, int height);
+    void placeAnchors(const std::vector<fitting::Place> &anchors);
+    void fillGaps(fitting::Target &target, const std::vector<fitting::Place> &anchors, int width, int height);
+    void addExtremes(const fitting::ExtremeTable &extremes, int width, int height);
+    /// An anchor on the display pixel of a mask pixel.
+    MPoint displayPoint(const fitting::Pixel &pixel, int width, int height) const;
 
     HRESULT dispatchEvent(INT state, const MPoint &position);
     HRESULT handlePress(const MPoint &position);

@@ -31,8 +31,11 @@ WRONG = [
     (simple_edit(gestures=[]), 'gestures has to be a list of at least 1, not []'),
     (simple_edit(gestures=[7]), 'gestures[0] has to be an object, not 7'),
     (with_gesture(at=[0, 0]), "gestures[0]: the field 'do' is missing"),
-    (with_gesture(do='fly'), 'gestures[0].do has to be one of close, delete, delete-last, deselect, drag, draw, insert, invert, '
+    (with_gesture(do='fly'), 'gestures[0].do has to be one of close, delete, delete-last, deselect, drag, draw, fit, hold, insert, invert, '
                              'keyframe, nudge, pick, redo, remove-keyframe, rubber-band, seek, select-all, undo, zoom, not fly'),
+    (with_gesture(do='fit', at=[0, 0], tolerance=256), 'gestures[0].tolerance has to be a number from 0 to 255, not 256'),
+    (with_gesture(do='fit', at=[0, 0]), "gestures[0]: the field 'tolerance' is missing"),
+    (with_gesture(do='hold', frame=-1), 'gestures[0].frame has to be a whole number of at least 0, not -1'),
     (with_gesture(do='drag', to=[0, 0]), "gestures[0]: the field 'from' is missing"),
     (with_gesture(do='drag', **{'from': [0], 'to': [0, 0]}), 'gestures[0].from has to be a list of two numbers, not [0]'),
     (with_gesture(do='drag', **{'from': [0, 'x'], 'to': [0, 0]}), 'gestures[0].from[1] has to be a number, not x'),

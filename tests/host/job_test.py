@@ -75,14 +75,20 @@ class LaunchTest(JobTest):
             self.assertGreaterEqual(len(anchors), 10)
             # The rocket stands in the middle of both shots.
             self.assertTrue(all(0.45 < anchor.x < 0.55 for anchor in anchors))
-        self.assertTrue(any(point.curve_in or point.curve_out for point in outline.unpack(setting[3][0][5])))
+        # The first shot's outline was fitted to the rocket's white and stands still; the second shot's keeps its bends.
+        self.assertEqual(setting[3][0][5], setting[3][1][5])
+        self.assertTrue(any(point.curve_in or point.curve_out for point in outline.unpack(setting[3][2][5])))
         self.assertEqual(setting[6], [[0, 2, 2]])
 
         lines = dict(re.split(r' {2,}', line, 1) for line in summary.splitlines())
         self.assertEqual(lines['frames'], '194 at 640x360')
         self.assertEqual(lines['keyframes'], '%d at frames %s' % (len(keyframes), ' '.join(map(str, keyframes))))
         events = dict(pair.split() for pair in lines['events'].split(', '))
-        self.assertEqual((events['ECB_POINT_ADD'], events['ECB_MASK_CREATE']), ('14', '1'))
+        # Thirteen drawn, one inserted, and the fit's extreme points: four to eight.
+        self.assertIn(int(events['ECB_POINT_ADD']), range(18, 23))
+        self.assertEqual(events['ECB_MASK_CREATE'], '1')
+        overlap = re.match(r'frame 0: overlap of outline and colour key (\d+)%, as drawn (\d+)%$', lines['fit'])
+        self.assertGreater(int(overlap.group(1)), int(overlap.group(2)))
         self.assertGreater(int(events['ECB_POINT_UPDATE']), 0)
         for line in ('clip', 'edit', 'runs a frame', 'ms a frame', 'module', 'results'):
             self.assertTrue(lines.get(line), line)

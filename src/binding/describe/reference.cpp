@@ -84,8 +84,6 @@ std::string section(const Entry &entry) {
     if (!types.empty())
         text += "Takes " + join(types, ", ") + ". ";
     text += "Raises " + join(raisedClasses(entry), ", ") + ".\n";
-    if (!entry.isBuilt)
-        text += "Not built yet.\n";
     return text;
 }
 

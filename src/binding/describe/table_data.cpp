@@ -71,7 +71,6 @@ std::string entryData(const Entry &entry) {
     for (std::size_t index = 0; index < entry.arguments.size(); ++index)
         arguments.push_back(argumentData(names[index], entry.arguments[index]));
     return "  {\"name\": " + quoted(entry.name) + ", \"required\": " + std::to_string(entry.required) +
-           ", \"built\": " + (entry.isBuilt ? "true" : "false") +
            ", \"result\": " + quoted(kindName(entry.result.kind)) +
            ", \"resultType\": " + pointerName(entry.result.pointer) + ",\n   \"arguments\": [" +
            join(arguments, ",\n                 ") + "]}";

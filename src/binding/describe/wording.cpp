@@ -33,7 +33,7 @@ std::vector<std::string> raisedClasses(const Entry &entry) {
         classes.emplace_back("OverflowError");
     if (any([](const ArgumentShape &argument) { return argument.refusesNull; }))
         classes.emplace_back("ValueError");
-    if (entry.isOverloaded() || !entry.isBuilt)
+    if (entry.isOverloaded())
         classes.emplace_back("NotImplementedError");
     return classes;
 }
