@@ -112,7 +112,7 @@ function(orvanel_add_python_test name file)
     if(WIN32)
         # Wine's drive Z: is the root of this machine. The runner rewrites PYTHONPATH.
         _orvanel_python_environment(environment "Z:")
-        list(APPEND environment "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PROJECT_SOURCE_DIR}/tests/windows/python" ${TEST_ENVIRONMENT})
+        list(APPEND environment "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PROJECT_SOURCE_DIR}/tests/windows/python:${PROJECT_BINARY_DIR}/tests/windows" ${TEST_ENVIRONMENT})
         add_test(NAME ${name}
             COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} "${ORVANEL_PYTHON27_WINDOWS_DIR}/python.exe" -B -m unittest -v ${module}
             WORKING_DIRECTORY "${PROJECT_BINARY_DIR}")
