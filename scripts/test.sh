@@ -94,15 +94,20 @@ windows() {
     windows_gaps
 }
 
+# How GoogleTest and unittest say that they left a case out.
+SKIPPED='\[  SKIPPED \] .*\(|\.\.\. skipped '
+
 # There an entry of ctest is a whole program: how many cases they have, and the ones that were skipped.
 windows_cases() {
     local junit=$ORVANEL_ROOT/build/windows/ctest.xml cases
     [ -f "$junit" ] || return 0
     cases=$(grep -oE '\] [0-9]+ tests? from .* ran\.|^Ran [0-9]+ tests? in' "$junit" | grep -oE '[0-9]+ test' | awk '{ sum += $1 } END { print sum + 0 }')
     note "" "these are programs and Python files with $cases cases"
-    if grep -qE '\[  SKIPPED \]|\.\.\. skipped ' "$junit"; then
+    if grep -qE "$SKIPPED" "$junit"; then
         say "windows: skipped cases"
-        grep -E -B1 '\[  SKIPPED \].*\(|\.\.\. skipped ' "$junit" | grep -vE '^--$|\[ RUN|\.\.\. ok$' | sed 's/&apos;/'"'"'/g; s/&quot;/"/g; s/^/  /'
+        # GoogleTest names the reason on the line before.
+        grep -E -B1 "$SKIPPED" "$junit" | sed -nE "s/&apos;/'/g; s/&quot;/\"/g; s/.*<system-out>//; /skipped '|SKIPPED|^[A-Za-z]/p" |
+            grep -vE '\.\.\. (ok|FAIL|ERROR)$' | sort -u | sed 's/^/  /'
     fi
 }
 
@@ -111,7 +116,8 @@ windows_gaps() {
     local list=$ORVANEL_ROOT/build/windows/not-on-windows.txt missing
     [ -f "$list" ] || return 0
     say "windows: tests that do not run there"
-    sed 's/^/  /' "$list"
+    awk -F': ' '{ reason = substr($0, length($1) + 3); if (!(reason in names)) order[++count] = reason; names[reason] = names[reason] " " $1 }
+        END { for (i = 1; i <= count; i++) printf "  %s:\n     %s\n", order[i], names[order[i]] }' "$list"
     [ -d "$ORVANEL_ROOT/build/release" ] || return 0
     missing=$(comm -23 <(test_programs release) <({ test_programs windows && cut -d: -f1 "$list"; } | sort -u))
     if [ -n "$missing" ]; then
