@@ -12,8 +12,8 @@ set -euo pipefail
 declare -A PACKAGES=(
     # The module and its unit tests.
     [build]="g++ cmake ninja-build ccache googletest pkg-config libpng-dev swig"
-    # The reference host: real video in and out, a real window; its tests ask ffprobe for a second opinion.
-    [host]="libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libsdl2-dev ffmpeg"
+    # The reference host: real video in and out; its tests ask ffprobe for a second opinion.
+    [host]="libavformat-dev libavcodec-dev libavutil-dev libswscale-dev ffmpeg"
     # What the benches measure against.
     [bench]="libbenchmark-dev libcairo2-dev libagg-dev libfreetype-dev libopencv-core-dev libopencv-imgproc-dev"
     # The checks that need a program of their own.
