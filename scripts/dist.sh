@@ -45,7 +45,7 @@ FIRST_STEPS='
 import _Orvanel
 editor = _Orvanel.new_Orvanel()
 _Orvanel.Orvanel_SetVideoCoordinate(editor, 640, 360, 0, 0, 640, 360)
-assert _Orvanel.Orvanel_GetBufferLen(editor) == 640 * 360 * 4, "nothing can be drawn"
+assert _Orvanel.Orvanel_PrepareKeyframe(editor, 0) is not None, "there is no drawing component"
 _Orvanel.delete_Orvanel(editor)
 print "draws"
 '

@@ -70,7 +70,7 @@ def use(number):
         _Orvanel.Orvanel_Interactive(editor, _Orvanel.ECS_MOUSE_UP)
     assert _Orvanel.Orvanel_IsMask(editor)
     assert _Orvanel.Orvanel_Convert2SelectionLineUS(editor, (64, 48))
-    assert _Orvanel.Orvanel_GetBufferLen(editor) == 64 * 48 * 4, "the drawing component is not there"
+    assert _Orvanel.Orvanel_PrepareKeyframe(editor, 0) is not None, "the drawing component is not registered"
     _Orvanel.Orvanel_CacheCurrentKeyframe(editor)
     setting = _Orvanel.Orvanel_GetCurrentDevSetting(editor)
     _Orvanel.Orvanel_SetDevSetting(editor, setting)
