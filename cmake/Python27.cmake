@@ -22,13 +22,20 @@ add_library(Python27::Module INTERFACE IMPORTED GLOBAL)
 target_link_libraries(Python27::Module INTERFACE Python27::Headers)
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Windows")
-    if(NOT EXISTS "${ORVANEL_PYTHON27_WINDOWS_DIR}/libs/libpython27.dll.a")
-        message(FATAL_ERROR "Python 2.7 for Windows is missing: run scripts/setup/python27-windows.sh")
+    # Microsoft's linker reads the library of an installed Python, the other one what the set-up script made.
+    set(library "${ORVANEL_PYTHON27_WINDOWS_DIR}/libs/libpython27.dll.a")
+    if(MSVC)
+        set(library "${ORVANEL_PYTHON27_WINDOWS_DIR}/libs/python27.lib")
+    endif()
+    if(NOT EXISTS "${library}")
+        message(FATAL_ERROR "Python 2.7 for Windows is missing: run scripts/setup/python27-windows.sh, or set ORVANEL_PYTHON27_WINDOWS_DIR to an installed one")
     endif()
     target_include_directories(Python27::Headers SYSTEM INTERFACE "${ORVANEL_PYTHON27_WINDOWS_DIR}/include")
-    # What pyconfig.h asks of a compiler that is not Microsoft's.
-    target_compile_definitions(Python27::Headers INTERFACE MS_WIN64)
-    target_link_libraries(Python27::Module INTERFACE "${ORVANEL_PYTHON27_WINDOWS_DIR}/libs/libpython27.dll.a")
+    if(NOT MSVC)
+        # What pyconfig.h asks of a compiler that is not Microsoft's.
+        target_compile_definitions(Python27::Headers INTERFACE MS_WIN64)
+    endif()
+    target_link_libraries(Python27::Module INTERFACE "${library}")
     # As a Windows program under Wine sees it.
     get_filename_component(home "${ORVANEL_PYTHON27_WINDOWS_DIR}" REALPATH)
     set(PYTHON27_HOME "Z:${home}")

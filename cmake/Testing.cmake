@@ -41,6 +41,16 @@ function(_orvanel_sanitizer_preload result)
     set(${result} "${preload}" PARENT_SCOPE)
 endfunction()
 
+# orvanel_not_on_windows(NAME REASON): says of a test why it does not run there. ./test prints the list.
+function(orvanel_not_on_windows name reason)
+    set_property(GLOBAL APPEND_STRING PROPERTY ORVANEL_NOT_ON_WINDOWS "${name}: ${reason}\n")
+endfunction()
+
+function(orvanel_write_not_on_windows)
+    get_property(list GLOBAL PROPERTY ORVANEL_NOT_ON_WINDOWS)
+    file(WRITE "${PROJECT_BINARY_DIR}/not-on-windows.txt" "${list}")
+endfunction()
+
 # orvanel_add_test(NAME SOURCES file... LIBS target...)
 # A GoogleTest program; each of its tests is one ctest entry NAME.Suite.Test. A program that links Python27::Embed gets PYTHONHOME.
 function(orvanel_add_test name)
@@ -63,6 +73,12 @@ function(orvanel_add_test name)
         endif()
     endif()
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "env;${environment};${CMAKE_CROSSCOMPILING_EMULATOR}")
+    if(CMAKE_CROSSCOMPILING)
+        # Starting a program in the emulator takes longer than most of its cases: one entry for all of them.
+        add_test(NAME ${name} COMMAND ${name})
+        set_tests_properties(${name} PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT})
+        return()
+    endif()
     gtest_discover_tests(${name}
         TEST_PREFIX "${name}."
         DISCOVERY_MODE PRE_TEST
@@ -70,29 +86,50 @@ function(orvanel_add_test name)
         PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT})
 endfunction()
 
-# orvanel_add_python_test(NAME FILE [ARGS arg...] [LABELS label...])
-# Runs the unittest cases of FILE under Python 2.7 with the built modules and packages on the path.
+# What a Python test reads, everywhere; `root` is what the tests' system puts in front of a path of this machine.
+function(_orvanel_python_environment result root)
+    set(${result}
+        "PYTHONNOUSERSITE=1"
+        "ORVANEL_SOURCE_DIR=${root}${PROJECT_SOURCE_DIR}"
+        "ORVANEL_BUILD_DIR=${root}${PROJECT_BINARY_DIR}" PARENT_SCOPE)
+endfunction()
+
+# orvanel_add_python_test(NAME FILE [ENVIRONMENT name=value...] [LABELS label...] [NOT_ON_WINDOWS reason])
+# Runs the unittest cases of FILE under Python 2.7 with the built modules and packages on the path; on Windows too, under the
+# interpreter for Windows, unless there is a reason against it.
 function(orvanel_add_python_test name file)
-    cmake_parse_arguments(TEST "" "" "ENVIRONMENT;LABELS" ${ARGN})
-    if(NOT BUILD_TESTING OR WIN32)
+    cmake_parse_arguments(TEST "" "NOT_ON_WINDOWS" "ENVIRONMENT;LABELS" ${ARGN})
+    if(NOT BUILD_TESTING)
+        return()
+    endif()
+    if(WIN32 AND TEST_NOT_ON_WINDOWS)
+        orvanel_not_on_windows(${name} "${TEST_NOT_ON_WINDOWS}")
         return()
     endif()
     get_filename_component(file "${file}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_SOURCE_DIR}")
     get_filename_component(folder "${file}" DIRECTORY)
     get_filename_component(module "${file}" NAME_WE)
-    _orvanel_sanitizer_preload(preload)
-    add_test(NAME ${name} COMMAND "${PYTHON27_RUN_EXECUTABLE}" -B -m unittest -v ${module} WORKING_DIRECTORY "${PROJECT_BINARY_DIR}")
-    set(environment ${ORVANEL_SANITIZER_ENVIRONMENT}
-        "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PYTHON27_SITE}"
-        "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}"
-        "PYTHONNOUSERSITE=1"
-        "ORVANEL_SOURCE_DIR=${PROJECT_SOURCE_DIR}"
-        "ORVANEL_BUILD_DIR=${PROJECT_BINARY_DIR}"
-        ${TEST_ENVIRONMENT})
-    if(preload)
-        # The interpreter frees little when it ends; leaks of ours are looked for by counting references and by the C++ tests.
-        list(TRANSFORM environment REPLACE "^ASAN_OPTIONS=" "ASAN_OPTIONS=detect_leaks=0:")
-        list(APPEND environment "LD_PRELOAD=${preload}")
+    if(WIN32)
+        # Wine's drive Z: is the root of this machine. The runner rewrites PYTHONPATH.
+        _orvanel_python_environment(environment "Z:")
+        list(APPEND environment "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PROJECT_SOURCE_DIR}/tests/windows/python:${PROJECT_BINARY_DIR}/tests/windows" ${TEST_ENVIRONMENT})
+        add_test(NAME ${name}
+            COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} "${ORVANEL_PYTHON27_WINDOWS_DIR}/python.exe" -B -m unittest -v ${module}
+            WORKING_DIRECTORY "${PROJECT_BINARY_DIR}")
+        set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED installation)
+    else()
+        _orvanel_sanitizer_preload(preload)
+        _orvanel_python_environment(environment "")
+        list(APPEND environment ${ORVANEL_SANITIZER_ENVIRONMENT}
+            "PYTHONPATH=${ORVANEL_PYTHON_OUTPUT}:${folder}:${PYTHON27_SITE}"
+            "LD_LIBRARY_PATH=${PYTHON27_LIBRARY_PATH}"
+            ${TEST_ENVIRONMENT})
+        if(preload)
+            # The interpreter frees little when it ends; leaks of ours are looked for by counting references and by the C++ tests.
+            list(TRANSFORM environment REPLACE "^ASAN_OPTIONS=" "ASAN_OPTIONS=detect_leaks=0:")
+            list(APPEND environment "LD_PRELOAD=${preload}")
+        endif()
+        add_test(NAME ${name} COMMAND "${PYTHON27_RUN_EXECUTABLE}" -B -m unittest -v ${module} WORKING_DIRECTORY "${PROJECT_BINARY_DIR}")
     endif()
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ORVANEL_TEST_TIMEOUT}

@@ -114,7 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(bytesOf(*used.get()) == bytesOf(*fresh.get()));
 
     used->Clear();
-    for (const BYTE byte : bytesOf(*used.get()))
-        require(byte == 0);
+    for (const BYTE value : bytesOf(*used.get()))
+        require(value == 0);
     return 0;
 }

@@ -2,14 +2,25 @@
 #include "hostkit/frame_clock.h"
 
 #include <algorithm>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
-extern "C" {
-#include <libavutil/mathematics.h>
+namespace hostkit {
+namespace {
+
+/// ceil(value * factor / divisor) of numbers that are not negative, with divisor below 2^31: every product of remainders
+/// fits. A result that does not is the largest number.
+std::int64_t rescaledUp(std::int64_t value, std::int64_t factor, std::int64_t divisor) {
+    const std::int64_t whole = value / divisor;
+    const std::int64_t rest = value % divisor;
+    const std::int64_t fraction = rest * (factor % divisor);
+    const std::int64_t below = rest * (factor / divisor) + fraction / divisor + (fraction % divisor != 0);
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+    return factor != 0 && whole > (kLargest - below) / factor ? kLargest : whole * factor + below;
 }
 
-namespace hostkit {
+} // namespace
 
 FrameClock::FrameClock(int rateNumerator, int rateDenominator, const std::vector<long long> &positions)
     : rateNumerator_(rateNumerator), rateDenominator_(rateDenominator), constant_(true) {
@@ -17,8 +28,7 @@ FrameClock::FrameClock(int rateNumerator, int rateDenominator, const std::vector
         throw std::invalid_argument("a frame clock needs at least one frame and a positive frame rate");
 
     const auto atRate = [&](std::size_t frame) {
-        return av_rescale_rnd(static_cast<std::int64_t>(frame), kUnitsPerSecond * rateDenominator, rateNumerator,
-                              AV_ROUND_UP);
+        return rescaledUp(static_cast<std::int64_t>(frame), kUnitsPerSecond * rateDenominator, rateNumerator);
     };
     const std::int64_t frameLength = atRate(1);
     starts_.reserve(positions.size() + 1);

@@ -91,15 +91,15 @@ TEST(VideoSyncer, ToleranceReachesTheFramesLastUnit) {
 
 TEST(VideoSyncer, IsReachedThroughTheInterface) {
     VideoSyncer syncer(FrameClock(25, 1, millisecondPositions(25, 1, 10)));
-    IVideoTextureSyncer &interface = syncer;
+    IVideoTextureSyncer &asHostSees = syncer;
     syncer.setVideoTime(1234567);
-    EXPECT_EQ(interface.GetVideoTime(), 1234567);
-    EXPECT_EQ(interface.GetFrameNumber(1234567), 3);
-    EXPECT_TRUE(interface.IsRefreshAllowed());
+    EXPECT_EQ(asHostSees.GetVideoTime(), 1234567);
+    EXPECT_EQ(asHostSees.GetFrameNumber(1234567), 3);
+    EXPECT_TRUE(asHostSees.IsRefreshAllowed());
     syncer.setRefreshAllowed(false);
-    EXPECT_FALSE(interface.IsRefreshAllowed());
-    EXPECT_EQ(interface.GetTolerance(-5), 0);
-    EXPECT_EQ(interface.GetTolerance(1LL << 60), 0);
+    EXPECT_FALSE(asHostSees.IsRefreshAllowed());
+    EXPECT_EQ(asHostSees.GetTolerance(-5), 0);
+    EXPECT_EQ(asHostSees.GetTolerance(1LL << 60), 0);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 //
 // _hostkit: what a host supplies to the module, for Python 2.7. The point records, the keyframe record and the syncer's
 // interface are registered under the names that the module knows, so its entries accept objects made here.
+//
+// HOSTKIT_WITHOUT_MEDIA leaves out what needs the video and picture libraries; records, clock and syncer remain.
 
 %module(threads="1", moduleimport="import _hostkit") hostkit
 
@@ -9,10 +11,18 @@
 #include <new>
 #include <stdexcept>
 
-#include "hostkit/composite.h"
-#include "hostkit/contact_sheet.h"
 #include "hostkit/error.h"
 #include "hostkit/frame_clock.h"
+#include "hostkit/video_syncer.h"
+#include "overlay/types/keyframe_mask_info.h"
+#include "overlay/types/outline_points.h"
+#include "overlay/types/video_texture_syncer.h"
+%}
+
+#ifndef HOSTKIT_WITHOUT_MEDIA
+%{
+#include "hostkit/composite.h"
+#include "hostkit/contact_sheet.h"
 #include "hostkit/grade.h"
 #include "hostkit/image.h"
 #include "hostkit/mask.h"
@@ -21,13 +31,10 @@
 #include "hostkit/scale.h"
 #include "hostkit/text.h"
 #include "hostkit/video_reader.h"
-#include "hostkit/video_syncer.h"
 #include "hostkit/video_writer.h"
 #include "hostkit/window.h"
-#include "overlay/types/keyframe_mask_info.h"
-#include "overlay/types/outline_points.h"
-#include "overlay/types/video_texture_syncer.h"
 %}
+#endif
 
 %include "stdint.i"
 %include "std_string.i"
@@ -72,6 +79,10 @@ typedef long long LONGLONG;
 %include "overlay/types/keyframe_mask_info.h"
 %include "overlay/types/video_texture_syncer.h"
 
+%include "hostkit/frame_clock.h"
+%include "hostkit/video_syncer.h"
+
+#ifndef HOSTKIT_WITHOUT_MEDIA
 // --- Pictures and masks -------------------------------------------------------------------------------------------
 
 %thread hostkit::Mask::setRuns;
@@ -140,8 +151,6 @@ Image scaled(const Image &image, const PixelRect &source, int width, int height)
 
 // --- Video --------------------------------------------------------------------------------------------------------
 
-%include "hostkit/frame_clock.h"
-%include "hostkit/video_syncer.h"
 %include "hostkit/video_reader.h"
 %include "hostkit/video_writer.h"
 
@@ -163,3 +172,4 @@ typedef struct HWND__ *HWND;
         self._kept = reader, syncer
 %}
 %include "hostkit/preview_renderer.h"
+#endif

@@ -106,6 +106,10 @@ class ConstructsTest(Tree):
                 ('__extension__ typedef int t;', 'extension keyword'),
                 ('__int128 n;', '128-bit'),
                 ('struct S { int tail[0]; };', 'size zero'),
+                ('    int tail[];', 'without a size'),
+                ('int a[3] = {[1] = 2};', 'designator of C'),
+                ('Rect r = {.corner.x = 1};', 'designator of C'),
+                ('Point p = {x: 1};', 'designator of old GCC'),
                 ('switch (n) { case 1 ... 5: break; }', 'case range'),
                 ('int n = a ?: b;', 'without its middle'),
                 ('asm("nop");', 'assembly'),
@@ -116,6 +120,15 @@ class ConstructsTest(Tree):
                 ('#include <bits/stdc++.h>', 'private header'),
                 ('#pragma GCC optimize("O3")', 'directive')]:
             self.assert_caught(text, words)
+
+    def test_order_of_designators(self):
+        self.write('src/mask/point.h', LICENCE + 'struct Point {\n    int x = 0;\n    int y[2];\n    int blank = {};\n    std::vector<int> z{1};\n    int sum() const { int w; return w; }\n};\n'
+                   'struct Other { int y; int w; };\n')
+        self.assert_caught('Point p{.y = {1, 2}, .x = f({.q = 1})};', 'another order than the members: y, x')
+        self.assert_caught('draw({.z = {1},\n .x = 2});', 'z, x')
+        for text in ('Point p{.x = 1, .y = {2}};', 'draw({.x = 1, .z = {1}});', 'draw({.y = 1, .w = 1});', 'f({.unknown = 1, .x = 2});'):
+            self.write('src/mask/a.cpp', LICENCE + text + '\n')
+            self.assertEqual([], constructs.check(self.root), text)
 
     def test_compiler_folder_may(self):
         self.write('src/platform/a.cpp', LICENCE + 'int n = __builtin_clz(3);\n')

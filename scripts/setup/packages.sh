@@ -22,6 +22,8 @@ declare -A PACKAGES=(
     [memory]="valgrind"
     # The cross build; dpkg-dev unpacks Python's source package.
     [windows]="g++-mingw-w64-x86-64-posix dpkg-dev patch"
+    # Packages, and a look into them.
+    [dist]="dpkg-dev unzip"
     # Running what the cross build made.
     [wine]="wine64 xvfb libgl1 libgl1-mesa-dri"
 )

@@ -94,6 +94,28 @@ build_extension() {
     "$CC" "${DEFINES[@]}" "${FLAGS[@]}" -shared -static-libgcc -o "DLLs/$name.pyd" "$@" libpython27.dll.a "${libraries[@]}"
 }
 
+# _ctypes comes with a library for foreign calls whose own build knows this target, but not without these edits.
+build_ctypes() {
+    local foreign=$PWD/Modules/_ctypes/libffi
+    # A missing operand in a branch that only another compiler takes.
+    sed -i 's/^\( *\)delta =$/\1delta = 0;/' Modules/_ctypes/callproc.c
+    # The address of a function of a library is not known at link time.
+    sed -i 's/mov\t\$SYMBOL_NAME(ffi_closure_win64_inner), %rax/leaq\tSYMBOL_NAME(ffi_closure_win64_inner)(%rip), %rax/' \
+        "$foreign/src/x86/win64.S"
+    # Upstream's copy for Microsoft's compiler has these two: which structures come back in a register.
+    cat >obj/structures.c <<'SOURCE'
+#include <stddef.h>
+int can_return_struct_as_int(size_t size) { return size == 1 || size == 2 || size == 4; }
+int can_return_struct_as_sint64(size_t size) { return size == 8; }
+SOURCE
+    mkdir -p obj/libffi
+    (cd obj/libffi && CC=$CC CFLAGS="-O2 -mlong-double-64" "$foreign/configure" --host="$TRIPLE" --disable-shared)
+    FLAGS+=(-DFFI_BUILDING -Iobj/libffi -Iobj/libffi/include "-I$foreign/include" "-I$foreign/src")
+    build_extension _ctypes -lole32 -loleaut32 -luuid -- \
+        Modules/_ctypes/{_ctypes,callbacks,callproc,cfield,malloc_closure,stgdict}.c obj/structures.c \
+        "$foreign/src/prep_cif.c" "$foreign/src/x86/ffi.c" "$foreign/src/x86/win64.S"
+}
+
 say "building Python 2.7 for Windows into $OUT (once, about a minute)"
 fetch_source
 cd "$WORK/source"
@@ -105,6 +127,7 @@ build_extension _socket -lws2_32 -- Modules/socketmodule.c
 build_extension select -lws2_32 -- Modules/selectmodule.c
 build_extension unicodedata -- Modules/unicodedata.c
 build_extension _testcapi -- Modules/_testcapimodule.c
+build_ctypes
 exec >&3 2>&4
 
 # Laid out aside and moved in one step: another set-up of the same key sees all of it or nothing.

@@ -64,6 +64,9 @@ std::vector<MPoint> steps(Random &random, int anchors, int width, int height) {
     std::vector<MPoint> points = anywhere(random, anchors, -2, -2, width + 2, height + 2);
     for (std::size_t i = 3; i < points.size(); i += 3)
         (i % 2 ? points[i].x : points[i].y) = i % 2 ? points[i - 3].x : points[i - 3].y;
+    // The last anchor's other coordinate is the first one's, so that the way back is parallel to an axis too.
+    MPoint &last = points[points.size() - 3];
+    (anchors % 2 ? last.x : last.y) = anchors % 2 ? points[0].x : points[0].y;
     straighten(points, 1, 3);
     return points;
 }

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "support/diag_log.h"
+#include "support/log_recorder.h"
 
 namespace Quill::test {
 namespace {
@@ -135,15 +136,18 @@ std::string OwnedSurface::rows() {
 }
 
 std::vector<std::string> loggedLines(const std::function<void()> &body) {
-    testing::internal::CaptureStderr();
-    const bool before = diaglog::dumpEnabled.exchange(true);
-    body();
-    diaglog::dumpEnabled = before;
-    std::istringstream text(testing::internal::GetCapturedStderr());
+    const bool before = diaglog::dumpEnabled;
     std::vector<std::string> lines;
-    for (std::string line; std::getline(text, line);)
-        if (!line.empty()) // a format that ends its line itself leaves an empty one behind it
-            lines.push_back(line);
+    {
+        const LogRecorder log;
+        body();
+        lines = log.messages();
+    }
+    diaglog::dumpEnabled = before;
+    // Most formats end their line themselves; the recorder has taken the log's own line end away.
+    for (std::string &line : lines)
+        if (line.ends_with('\n'))
+            line.pop_back();
     return lines;
 }
 

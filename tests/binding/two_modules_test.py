@@ -13,7 +13,7 @@ import support
 def peers():
     yield ('_Orvanel', 'swig_peer', 'swig_plain_peer')
     # The reference host's module is one more peer.
-    if os.path.exists(os.path.join(support.BUILD_DIR, 'python', '_hostkit.so')):
+    if any(os.path.exists(os.path.join(support.BUILD_DIR, 'python', '_hostkit' + suffix)) for suffix in ('.so', '.pyd')):
         yield ('_Orvanel', 'orvanel_host.hostkit')
     else:
         print '_hostkit is not built: it is left out'

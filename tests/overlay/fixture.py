@@ -15,6 +15,10 @@ import unittest
 import _Orvanel as entries
 
 try:
+    import _debug_output
+except ImportError:
+    _debug_output = None
+try:
     from orvanel_host import hostkit
 except ImportError:
     hostkit = None
@@ -147,13 +151,33 @@ class EditorCase(unittest.TestCase):
 
 def logged(script):
     """The log lines, without prefix and line ends, of a script that runs in a process of its own with the log on."""
+    run = _with_settings_file if _debug_output is None else _with_registry
+    prefix = "[Orvanel] "
+    return [line[len(prefix):] for line in run(script).splitlines() if line.startswith(prefix)]
+
+
+def _with_settings_file(script):
     with tempfile.NamedTemporaryFile(suffix=".conf") as settings:
         settings.write("DumpMsg = 1\n")
         settings.flush()
-        environment = dict(os.environ, ORVANEL_LOG_SETTINGS=settings.name)
-        process = subprocess.Popen([sys.executable, "-c", script], env=environment, stderr=subprocess.PIPE)
-        text = process.communicate()[1]
+        return _error_output(script, dict(os.environ, ORVANEL_LOG_SETTINGS=settings.name))
+
+
+def _with_registry(script):
+    return _error_output("""
+import sys, _debug_output
+_debug_output.set_switches(1, 0)
+_debug_output.start()
+try:
+%s
+finally:
+    sys.stderr.write("".join(_debug_output.stop()))
+""" % "".join("    %s\n" % line for line in script.splitlines()), None)
+
+
+def _error_output(script, environment):
+    process = subprocess.Popen([sys.executable, "-c", script], env=environment, stderr=subprocess.PIPE, universal_newlines=True)
+    text = process.communicate()[1]
     if process.returncode:
         raise AssertionError("the script failed: %s" % text)
-    prefix = "[Orvanel] "
-    return [line[len(prefix):] for line in text.splitlines() if line.startswith(prefix)]
+    return text

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The texture map on the system's own Direct3D 9: made, written, refreshed, bound and drawn, and every pixel read back.
+// The texture map on the system's own Direct3D 9: made, written, refreshed, bound and drawn, and every pixel read back; by
+// itself, and in an object that somebody edits.
 
 #include <cstring>
 #include <vector>
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "callback/interpreter_gate.h"
+#include "overlay/orvanel.h"
 #include "platform/com_pointer.h"
 #include "texture/py_map_wrapper.h"
 #include "texture/testing/fake_overlay.h"
@@ -51,7 +53,7 @@ class RealDevice : public testing::Test {
     }
 
     /// What the map shows when it is bound to stage 0 and drawn pixel by pixel.
-    std::vector<BYTE> drawn(PyMap &map, UINT width, UINT height) {
+    std::vector<BYTE> drawn(loom::IAllocator &map, UINT width, UINT height) {
         ComPointer<IDirect3DSurface9> target;
         ComPointer<IDirect3DSurface9> readable;
         EXPECT_EQ(D3D_OK, device->CreateRenderTarget(width, height, D3DFMT_A8R8G8B8, D3DMULTISAMPLE_NONE, 0, FALSE,
@@ -136,6 +138,101 @@ TEST_F(RealDevice, ShowsEveryPixelOfTheOverlay) {
         map->Stop();
         map->Join(platform::kInfinite);
     }
+}
+
+/// Components can be created on this thread while it lives.
+class ComponentThread {
+  public:
+    ComponentThread() { CoInitializeEx(nullptr, COINIT_MULTITHREADED); }
+    ~ComponentThread() { CoUninitialize(); }
+};
+
+TEST_F(RealDevice, ShowsWhatIsEditedOnAnObject) {
+    using Host = PythonHostObject;
+    const ComponentThread components;
+    const CObjectExtractor extractor;
+    const Host windowProvider{{"GetWnd", Host::pointer(window)}};
+    const Host renderer{{"GetRenderName", Host::value("'D3D9'")},
+                        {"GetD3D", Host::pointer(direct3D.get())},
+                        {"GetD3DDevice", Host::pointer(device.get())}};
+    constexpr int kWidth = 640;
+    constexpr int kHeight = 360;
+    constexpr std::size_t kBytes = std::size_t{kWidth} * kHeight * 4;
+    Orvanel object;
+    object.SetVideoCoordinate(kWidth, kHeight, 0, 0, kWidth, kHeight);
+    object.SetVideoInfo(0, 0, 0, 1000);
+    ASSERT_TRUE(object.QueryBuffer()) << "the drawing component is not registered: regsvr32 OrvanelCanvas.dll";
+    ASSERT_EQ(1, object.Create(windowProvider.get(), renderer.get(), &syncer));
+    loom::IAllocator &map = *object.GetAllocator();
+
+    const auto click = [&object](int x, int y) {
+        object.Interactive(ECS_MOUSE_DOWN, x, y);
+        object.Interactive(ECS_MOUSE_UP);
+    };
+    syncer.time = 0; // the position that the outline is closed at
+    std::vector<BYTE> before(kBytes, 0);
+    UINT counter = map.UpdateCounter();
+    const auto expectAnotherPicture = [&](const char *edit) {
+        SCOPED_TRACE(edit);
+        const UINT next = map.UpdateCounter();
+        EXPECT_GT(next, counter);
+        counter = next;
+        const std::vector<BYTE> overlay(object.QueryBuffer(), object.QueryBuffer() + kBytes);
+        EXPECT_FALSE(overlay == before);
+        EXPECT_TRUE(drawn(map, kWidth, kHeight) == overlay);
+        before = overlay;
+    };
+    click(100, 80);
+    click(500, 60);
+    click(300, 300);
+    expectAnotherPicture("three anchors");
+    click(100, 80);
+    expectAnotherPicture("the closed outline");
+    object.Interactive(ECS_MOUSE_MOVE, 500, 60);
+    object.Interactive(ECS_MOUSE_DOWN, 500, 60);
+    object.Interactive(ECS_MOUSE_MOVE, 560, 200);
+    object.Interactive(ECS_MOUSE_UP);
+    expectAnotherPicture("an anchor in another place");
+    object.Uninitialize();
+}
+
+TEST_F(RealDevice, AThousandMapsLeaveNothingOnTheDevice) {
+    using Host = PythonHostObject;
+    const auto references = [&] {
+        device->AddRef();
+        return device->Release();
+    };
+    const auto newHandle = [] {
+        const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+        CloseHandle(event);
+        return reinterpret_cast<std::uintptr_t>(event) / 4;
+    };
+    const CObjectExtractor extractor;
+    const Host windowProvider{{"GetWnd", Host::pointer(window)}};
+    const Host renderer{{"GetRenderName", Host::value("'D3D9'")},
+                        {"GetD3D", Host::pointer(direct3D.get())},
+                        {"GetD3DDevice", Host::pointer(device.get())}};
+    const auto use = [&] {
+        FakeOverlay overlay(asked, 16, 16);
+        const ComPointer<PyMapWrapper> map(new PyMapWrapper);
+        map->AddRef();
+        EXPECT_EQ(1, map->Create(16, 16, windowProvider.get(), renderer.get()));
+        map->SetOwner(&overlay);
+        map->SetSyncer(&syncer);
+        overlay.dirty = true;
+        EXPECT_EQ(1u, map->UpdateCounter());
+        map->Stop();
+        map->Join(platform::kInfinite);
+    };
+    for (int round = 0; round < 20; ++round)
+        use();
+    const ULONG referencesBefore = references();
+    const std::uintptr_t handleBefore = newHandle();
+    for (int round = 0; round < 1000; ++round)
+        use();
+    EXPECT_EQ(references(), referencesBefore);
+    EXPECT_LT(newHandle(), handleBefore + 20);
+    asked.clear();
 }
 
 } // namespace

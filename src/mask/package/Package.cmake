@@ -30,3 +30,6 @@ if(BUILD_TESTING AND NOT CMAKE_CROSSCOMPILING AND NOT ORVANEL_SANITIZER AND NOT 
                 -P "${CMAKE_CURRENT_SOURCE_DIR}/package/package_test.cmake")
     set_tests_properties(mask_package PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT})
 endif()
+if(CMAKE_CROSSCOMPILING)
+    orvanel_not_on_windows(mask_package "builds a program against the installed library, as somebody on that machine would")
+endif()

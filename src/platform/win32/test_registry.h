@@ -37,6 +37,8 @@ class PrivateLocalMachine {
     bool set(const wchar_t *key, const wchar_t *name, DWORD value) const {
         return set(key, name, REG_DWORD, &value, sizeof value);
     }
+    /// Removes a key with everything in it.
+    bool remove(const wchar_t *key) const { return RegDeleteTreeW(HKEY_LOCAL_MACHINE, key) == ERROR_SUCCESS; }
 
   private:
     static bool create(HKEY root, const wchar_t *path, RegistryKey &key) {
