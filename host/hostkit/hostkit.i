@@ -17,11 +17,13 @@
 #include "hostkit/image.h"
 #include "hostkit/mask.h"
 #include "hostkit/png_writer.h"
+#include "hostkit/preview_renderer.h"
 #include "hostkit/scale.h"
 #include "hostkit/text.h"
 #include "hostkit/video_reader.h"
 #include "hostkit/video_syncer.h"
 #include "hostkit/video_writer.h"
+#include "hostkit/window.h"
 #include "overlay/types/keyframe_mask_info.h"
 #include "overlay/types/outline_points.h"
 #include "overlay/types/video_texture_syncer.h"
@@ -80,8 +82,13 @@ typedef long long LONGLONG;
 %thread hostkit::scaled;
 %thread hostkit::ContactSheet::add;
 %thread hostkit::ContactSheet::compose;
-%thread hostkit::VideoReader;
-%thread hostkit::VideoWriter;
+%thread hostkit::VideoReader::VideoReader;
+%thread hostkit::VideoReader::read;
+%thread hostkit::VideoReader::skip;
+%thread hostkit::VideoReader::rewind;
+%thread hostkit::VideoWriter::VideoWriter;
+%thread hostkit::VideoWriter::write;
+%thread hostkit::VideoWriter::finish;
 
 // Runs come as the list of tuples that Convert2SelectionLineUS builds. It is read before the interpreter is let go.
 %{
@@ -137,3 +144,22 @@ Image scaled(const Image &image, const PixelRect &source, int width, int height)
 %include "hostkit/video_syncer.h"
 %include "hostkit/video_reader.h"
 %include "hostkit/video_writer.h"
+
+// --- The renderer -------------------------------------------------------------------------------------------------
+
+// The module reads window, Direct3D object and device out of these methods' results, and the renderer the texture map out
+// of the module's: all of them are opaque objects, whose types are nobody's business here.
+typedef struct HWND__ *HWND;
+%include "hostkit/window.h"
+
+// Whatever waits for the renderer's thread lets other Python threads run: that thread may wait for one of them.
+%thread hostkit::PreviewRenderer::~PreviewRenderer;
+%thread hostkit::PreviewRenderer::render;
+%thread hostkit::PreviewRenderer::hold;
+%thread hostkit::PreviewRenderer::pause;
+%thread hostkit::PreviewRenderer::latest;
+%thread hostkit::PreviewRenderer::close;
+%pythonappend hostkit::PreviewRenderer::PreviewRenderer %{
+        self._kept = reader, syncer
+%}
+%include "hostkit/preview_renderer.h"

@@ -5,6 +5,7 @@ import contextlib
 from _Orvanel import (ECS_DELETE, ECS_DELETE_LAST_POINT, ECS_MOUSE_DOWN, ECS_MOUSE_MOVE, ECS_MOUSE_UP)
 
 from . import hostkit, outline
+from .errors import HostError
 from .events import EventLog
 from .history import EditHistory
 from .orvanel import Orvanel
@@ -19,6 +20,7 @@ class Preview(object):
     def __init__(self, clock):
         self.clock = clock
         self.syncer = hostkit.VideoSyncer(clock)
+        self.window = hostkit.Window()
         self.events = EventLog()
         self.overlay = Orvanel()
         self.overlay.SetCallbackFunc(self.events)
@@ -30,8 +32,15 @@ class Preview(object):
         self.display = self.rect = None
 
     def close(self):
-        """Stops the worker; events arrive no more afterwards."""
+        """Stops the worker; events arrive no more afterwards. A renderer that still asks is told nothing new."""
+        self.overlay.VideoTextureSyncerClosed()
         self.overlay.Uninitialize()
+
+    def attach(self, renderer):
+        """Lets a renderer on this preview's clock and syncer show the overlay, at the display's size of now."""
+        if not self.overlay.Create(self.window, renderer, self.syncer):
+            raise HostError('the renderer cannot make an overlay of %dx%d pixels' % self.display)
+        renderer.setOverlay(self.overlay.GetAllocator())
 
     # --- Place and time -----------------------------------------------------------------------------------------
 

@@ -1,12 +1,17 @@
 # SPDX-License-Identifier: MIT
-"""Renders a clip with the selection of a preview: graded frames, overlay frames, masks."""
+"""Renders a clip with the selection of a preview: graded frames, overlay frames, masks.
+
+The video renderer pulls the overlay through the module's texture map on its own thread, as it does while somebody watches.
+"""
+import contextlib
 import os
 
 from . import colorkey, hostkit
 from .errors import HostError
 
-# The stages that the module itself accounts for: showing a frame's outline, and turning it into runs.
-MODULE_STAGES = ('prepare', 'convert')
+# The stages that the module itself accounts for: bringing the texture up to date with a frame's outline, and turning that
+# outline into runs.
+MODULE_STAGES = ('refresh', 'convert')
 
 # Marks have their own size on pictures of this height; smaller pictures get smaller ones, larger pictures larger ones.
 _REFERENCE_HEIGHT = 720.0
@@ -44,9 +49,15 @@ class Renderer(object):
 
     def run(self, folder, codec, progress):
         """Writes the videos, the mask pictures and the contact sheet. `progress` is called after each frame."""
+        preview = self._preview
+        with contextlib.closing(hostkit.PreviewRenderer(self._reader, preview.clock, preview.syncer)) as renderer:
+            self._run(renderer, folder, codec, progress)
+
+    def _run(self, renderer, folder, codec, progress):
         self._preview.place(self._size)
         scale = self._size[1] / _REFERENCE_HEIGHT
         self._overlay.SetSizeScaler(min(max(scale, _SMALLEST_SCALE), _LARGEST_SCALE))
+        self._preview.attach(renderer)
         graded_video = self._writer(folder, 'graded', codec)
         overlay_video = self._writer(folder, 'overlay', codec)
         masks = folder.folder('masks')
@@ -57,15 +68,10 @@ class Renderer(object):
         keyframes = self._preview.keyframes()
 
         stage = self._stages.stage
-        frame, graded = hostkit.Image(*self._size), hostkit.Image(*self._size)
+        # `graded` is the bare frame until it is graded; `frame` is what a person sees.
+        graded, frame = hostkit.Image(), hostkit.Image()
         for number in range(self._preview.clock.frameCount()):
-            with stage('read'):
-                if not self._reader.read(frame):
-                    raise HostError('the clip ends at frame %d now; it had %d frames a moment ago' % (
-                        number, self._preview.clock.frameCount()))
-                graded.paste(frame, 0, 0)
-            with stage('prepare'):
-                buffer = self._preview.seek(number)
+            self._render(renderer, number, graded, frame)
             with stage('convert'):
                 runs = self._runs()
             self.runs_per_frame.append(len(runs))
@@ -75,11 +81,7 @@ class Renderer(object):
                 if self._overlay.GetInverse() and self._preview.shows_mask():
                     self._mask.invert()
                 hostkit.writePng(os.path.join(masks, '%04d.png' % number), self._mask)
-            with stage('composite'):
-                with self._overlay.texture_locked():
-                    hostkit.compositeOverlay(frame, buffer, self._overlay.GetBufferLen())
             if number in sheet_frames:
-                # `graded` is still the bare frame.
                 with stage('contact sheet'):
                     sheet.add(graded, frame, self._mask, self._label(number, keyframes), number in keyframes)
             with stage('grade'):
@@ -95,8 +97,22 @@ class Renderer(object):
         with stage('contact sheet'):
             hostkit.writePng(folder.file('contact-sheet.png'), sheet.compose())
 
+    def _render(self, renderer, number, video, composed):
+        """Has the renderer show a frame. The preview is at that frame afterwards, with the frame's outline."""
+        before = renderer.updateCounter()
+        if not renderer.render(number, video, composed):
+            raise HostError('the clip ends at frame %d now; it had %d frames a moment ago' % (
+                number, self._preview.clock.frameCount()))
+        if renderer.updateCounter() == before:
+            # Every frame has a time of its own, and with it an overlay of its own. Only memory can be short.
+            raise HostError('the overlay of frame %d could not be drawn' % number)
+        self._preview.frame = number
+        for name, seconds in (('read', renderer.readSeconds()), ('refresh', renderer.refreshSeconds()),
+                              ('composite', renderer.compositeSeconds())):
+            self._stages.add(name, seconds)
+
     def _runs(self):
-        """The mask of the frame last prepared, as runs; none while no closed outline is shown."""
+        """The mask of the frame last shown, as runs; none while no closed outline is shown."""
         if not self._preview.shows_mask():
             return []
         return self._overlay.Convert2SelectionLineUS(self._size)

@@ -15,7 +15,11 @@ class Stages(object):
     def stage(self, name):
         start = time.time()
         yield
-        self._samples.setdefault(name, []).append(time.time() - start)
+        self.add(name, time.time() - start)
+
+    def add(self, name, seconds):
+        """Notes what was measured elsewhere, on another thread say."""
+        self._samples.setdefault(name, []).append(seconds)
 
     def totals(self):
         """Pairs of (stage, seconds)."""

@@ -24,7 +24,7 @@ PyMethodDef *methodTable() {
         auto *const table = new std::vector<PyMethodDef>;
         for (const Entry &entry : entryTable())
             table->push_back(
-                {const_cast<char *>(entry.name), entry.call, METH_VARARGS, const_cast<char *>(entry.meaning)});
+                {const_cast<char *>(entry.name), entry.call, entry.flags, const_cast<char *>(entry.meaning)});
         table->push_back({nullptr, nullptr, 0, nullptr});
         return table;
     }();
@@ -50,7 +50,7 @@ void initialiseModule() {
     PyObject *const module = Py_InitModule4("_Orvanel", methodTable(), nullptr, nullptr, kApiVersion);
     if (!module)
         return;
-    PyTypeObject *const type = opaqueType();
+    PyTypeObject *const type = &opaqueType;
     Py_INCREF(type);
     if (PyModule_AddObject(module, type->tp_name, reinterpret_cast<PyObject *>(type)) != 0)
         return;

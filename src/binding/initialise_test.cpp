@@ -81,6 +81,8 @@ TEST_F(ModuleTest, AfterARefusalNoErrorIsPendingButItsOwn) {
 
 TEST_F(ModuleTest, AnArgumentObjectThatIsNoTupleIsRefused) {
     for (const Entry &entry : entryTable()) {
+        if (entry.flags == METH_O)
+            continue; // given its argument without a tuple
         EXPECT_EQ(entry.call(nullptr, Py_None), nullptr) << entry.name;
         EXPECT_TRUE(PyErr_ExceptionMatches(entry.isOverloaded() ? PyExc_NotImplementedError : PyExc_SystemError))
             << entry.name;

@@ -135,35 +135,33 @@ PyMethodDef methods[] = {
 };
 
 PyNumberMethods numberMethods;
-PyTypeObject type = {PyVarObject_HEAD_INIT(nullptr, 0)};
 
 } // namespace
 
+PyTypeObject opaqueType = {PyVarObject_HEAD_INIT(nullptr, 0)};
+const PyTypeObject *lastForeignOpaqueType = nullptr;
+
 bool prepareOpaqueType() {
-    if (type.tp_flags & Py_TPFLAGS_READY)
+    if (opaqueType.tp_flags & Py_TPFLAGS_READY)
         return true;
     numberMethods.nb_int = address;
     numberMethods.nb_long = address;
-    type.tp_name = typeRegistry.runtimeVersion() == RuntimeVersion::Three ? "PySwigObject" : "SwigPyObject";
-    type.tp_doc = "Carries a pointer of the extension's own types.";
-    type.tp_basicsize = sizeof(OpaqueObject);
-    type.tp_flags = Py_TPFLAGS_DEFAULT;
-    type.tp_dealloc = release;
-    type.tp_repr = represent;
-    type.tp_richcompare = compare;
-    type.tp_hash = PyObject_HashNotImplemented;
-    type.tp_as_number = &numberMethods;
-    type.tp_methods = methods;
-    type.tp_getattro = PyObject_GenericGetAttr;
-    return PyType_Ready(&type) == 0;
-}
-
-PyTypeObject *opaqueType() {
-    return &type;
+    opaqueType.tp_name = typeRegistry.runtimeVersion() == RuntimeVersion::Three ? "PySwigObject" : "SwigPyObject";
+    opaqueType.tp_doc = "Carries a pointer of the extension's own types.";
+    opaqueType.tp_basicsize = sizeof(OpaqueObject);
+    opaqueType.tp_flags = Py_TPFLAGS_DEFAULT;
+    opaqueType.tp_dealloc = release;
+    opaqueType.tp_repr = represent;
+    opaqueType.tp_richcompare = compare;
+    opaqueType.tp_hash = PyObject_HashNotImplemented;
+    opaqueType.tp_as_number = &numberMethods;
+    opaqueType.tp_methods = methods;
+    opaqueType.tp_getattro = PyObject_GenericGetAttr;
+    return PyType_Ready(&opaqueType) == 0;
 }
 
 PyObject *makeOpaque(void *pointer, TypeRecord *pointerType, Ownership ownership) {
-    OpaqueObject *const object = PyObject_New(OpaqueObject, &type);
+    OpaqueObject *const object = PyObject_New(OpaqueObject, &opaqueType);
     if (!object)
         return nullptr;
     object->pointer = pointer;
@@ -173,17 +171,16 @@ PyObject *makeOpaque(void *pointer, TypeRecord *pointerType, Ownership ownership
     return reinterpret_cast<PyObject *>(object);
 }
 
-OpaqueObject *asOpaque(PyObject *object) {
+OpaqueObject *recogniseOpaque(PyObject *object) {
     const PyTypeObject *const objectType = Py_TYPE(object);
-    if (objectType == &type)
-        return cast(object);
     // A class that a script gave one of these names has another layout.
     if ((objectType->tp_flags & Py_TPFLAGS_HEAPTYPE) ||
         objectType->tp_basicsize < static_cast<Py_ssize_t>(sizeof(OpaqueObject)))
         return nullptr;
-    if (std::strcmp(objectType->tp_name, "SwigPyObject") == 0 || std::strcmp(objectType->tp_name, "PySwigObject") == 0)
-        return cast(object);
-    return nullptr;
+    if (std::strcmp(objectType->tp_name, "SwigPyObject") != 0 && std::strcmp(objectType->tp_name, "PySwigObject") != 0)
+        return nullptr;
+    lastForeignOpaqueType = objectType;
+    return cast(object);
 }
 
 } // namespace binding

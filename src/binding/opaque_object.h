@@ -18,15 +18,24 @@ struct OpaqueObject {
 /// Makes the Python type of this module's opaque objects ready. False with a Python error pending.
 bool prepareOpaqueType();
 
-/// Borrowed. Call prepareOpaqueType first.
-PyTypeObject *opaqueType();
+/// The Python type of this module's opaque objects; call prepareOpaqueType first.
+extern PyTypeObject opaqueType;
+/// The type of another module's opaque objects that was met last; null before the first. Such types are never freed.
+extern const PyTypeObject *lastForeignOpaqueType;
 
 enum class Ownership { Borrowed, Owned };
 
 /// New reference, or null with an error pending.
 PyObject *makeOpaque(void *pointer, TypeRecord *type, Ownership ownership);
 
+/// The long way of asOpaque: by the type's name.
+OpaqueObject *recogniseOpaque(PyObject *object);
+
 /// The object as an opaque one, whichever module made it; null when it is something else.
-OpaqueObject *asOpaque(PyObject *object);
+inline OpaqueObject *asOpaque(PyObject *object) {
+    if (Py_TYPE(object) == &opaqueType || Py_TYPE(object) == lastForeignOpaqueType)
+        return reinterpret_cast<OpaqueObject *>(object);
+    return recogniseOpaque(object);
+}
 
 } // namespace binding

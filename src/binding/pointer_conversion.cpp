@@ -71,8 +71,6 @@ bool searchChain(OpaqueObject *carrier, TypeRecord *type, PointerArgument &resul
 } // namespace
 
 bool searchPointer(PyObject *object, TypeRecord *type, PointerArgument &result) {
-    if (object == Py_None)
-        return true;
     OpaqueObject *const carrier = findCarrier(object, result.keptAlive);
     return carrier && searchChain(carrier, type, result);
 }

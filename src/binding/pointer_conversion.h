@@ -15,19 +15,21 @@ struct PointerArgument {
     PyRef keptAlive;
 };
 
-/// The long way of convertPointer: foreign carriers, subclasses, chains, proxies, None.
+/// The long way of convertPointer: casts, subclasses, chains, proxies.
 bool searchPointer(PyObject *object, TypeRecord *type, PointerArgument &result);
 
 /// Takes a pointer of that type out of an opaque object, a proxy whose "this" leads to one, or None (a null pointer).
 /// False, without a Python error pending, for anything else.
 inline bool convertPointer(PyObject *object, TypeRecord *type, PointerArgument &result) {
-    if (Py_TYPE(object) == opaqueType()) {
+    if (Py_TYPE(object) == &opaqueType || Py_TYPE(object) == lastForeignOpaqueType) {
         OpaqueObject *const opaque = reinterpret_cast<OpaqueObject *>(object);
         if (opaque->type == type) {
             result.pointer = opaque->pointer;
             result.carrier = opaque;
             return true;
         }
+    } else if (object == Py_None) {
+        return true;
     }
     return searchPointer(object, type, result);
 }

@@ -76,6 +76,9 @@ class Row {
 
     static constexpr std::size_t kCount = std::tuple_size_v<typename Types::Declared>;
     static constexpr std::size_t kRequired = kCount - sizeof...(Defaults);
+    static constexpr bool kOverloaded = sizeof...(Defaults) > 0;
+    /// The interpreter makes no tuple for the only argument of a function, and counts for itself.
+    static constexpr bool kTakesOne = kCount == 1 && !kOverloaded;
 
     template <std::size_t Index>
     static constexpr auto defaultValue() {
@@ -114,24 +117,34 @@ class Row {
         }
     }
 
-    /// Converts the first Given... objects of the tuple, in order, and calls with them and the defaults of the rest.
+    template <std::size_t... Index>
+    static bool fits(PyObject *const *objects, std::index_sequence<Index...>) {
+        return (ArgumentAt<Index>::fits(objects[Index]) && ...);
+    }
+
+    /// Converts the first Given... objects, in order, and calls with them and the defaults of the rest.
     template <std::size_t... Given, std::size_t... Omitted>
-    static PyObject *convertAndRun([[maybe_unused]] PyObject *args, std::index_sequence<Given...>,
+    static PyObject *convertAndRun([[maybe_unused]] PyObject *const *objects, std::index_sequence<Given...> given,
                                    std::index_sequence<Omitted...>) {
         std::tuple<ArgumentAt<Given>...> arguments;
         Refusal refusal = Refusal::None;
         std::size_t refused = 0;
         const char *text = nullptr;
         const bool converted = ([&] {
-            refusal = std::get<Given>(arguments).load(PyTuple_GET_ITEM(args, Given));
+            refusal = std::get<Given>(arguments).load(objects[Given]);
             if (refusal == Refusal::None)
                 return true;
             refused = Given;
             text = ArgumentAt<Given>::text.c_str();
             return false;
         }() && ...);
-        if (!converted)
+        if (!converted) {
+            // An overload is chosen by types. Only when they fit is the refusal that of one argument; asking afterwards
+            // spares every call that succeeds a second conversion.
+            if (kOverloaded && !fits(objects, given))
+                return refuseOverload(Name.c_str(), kArguments, kRequired);
             return refuseArgument(Name.c_str(), refused + 1, text, refusal);
+        }
         if constexpr (Types::isMethod) {
             const PyCallback::Use use(*std::get<0>(arguments).get());
             return run(std::get<Given>(arguments).get()..., defaultValue<sizeof...(Given) + Omitted>()...);
@@ -141,42 +154,47 @@ class Row {
     }
 
     template <std::size_t Count>
-    static PyObject *callWith(PyObject *args) {
-        return convertAndRun(args, std::make_index_sequence<Count>{}, std::make_index_sequence<kCount - Count>{});
+    static PyObject *callWith(PyObject *const *objects) {
+        return convertAndRun(objects, std::make_index_sequence<Count>{}, std::make_index_sequence<kCount - Count>{});
     }
 
-    template <std::size_t... Index>
-    static bool fits(PyObject *args, std::index_sequence<Index...>) {
-        return (ArgumentAt<Index>::fits(PyTuple_GET_ITEM(args, Index)) && ...);
-    }
-
-    /// The candidate with as many arguments as the tuple has, if every one of them fits.
+    /// The candidate with as many arguments as are given.
     template <std::size_t Count>
-    static PyObject *dispatch(PyObject *args, std::size_t given) {
+    static PyObject *dispatch(PyObject *const *objects, std::size_t given) {
         if constexpr (Count <= kCount) {
-            if (given == Count && fits(args, std::make_index_sequence<Count>{}))
-                return callWith<Count>(args);
-            return dispatch<Count + 1>(args, given);
+            if (given == Count)
+                return callWith<Count>(objects);
+            return dispatch<Count + 1>(objects, given);
         } else {
             return refuseOverload(Name.c_str(), kArguments, kRequired);
         }
     }
 
-  public:
-    static constexpr std::array<ArgumentShape, kCount> kArguments = describe(std::make_index_sequence<kCount>{});
-
-    static PyObject *call(PyObject *, PyObject *args) {
+    static PyObject *callWithTuple(PyObject *, PyObject *args) {
         const std::size_t given = PyTuple_Check(args) ? static_cast<std::size_t>(PyTuple_GET_SIZE(args)) : kCount + 1;
-        if constexpr (sizeof...(Defaults) > 0)
-            return dispatch<kRequired>(args, given);
+        PyObject *const *const objects = reinterpret_cast<PyTupleObject *>(args)->ob_item;
+        if constexpr (kOverloaded)
+            return dispatch<kRequired>(objects, given);
         else if (given == kCount)
-            return callWith<kCount>(args);
+            return callWith<kCount>(objects);
         else
             return refuseArgumentCount(Name.c_str(), kCount, args);
     }
 
+    static PyObject *callWithOne(PyObject *, PyObject *object) { return callWith<kCount>(&object); }
+
+  public:
+    static constexpr std::array<ArgumentShape, kCount> kArguments = describe(std::make_index_sequence<kCount>{});
+
     static constexpr Entry entry(const char *argumentNames, const char *meaning) {
-        return {Name.c_str(), &call, kArguments, kRequired, resultShape<Result>(), argumentNames, meaning};
+        return {Name.c_str(),
+                kTakesOne ? &callWithOne : &callWithTuple,
+                kTakesOne ? METH_O : METH_VARARGS,
+                kArguments,
+                kRequired,
+                resultShape<Result>(),
+                argumentNames,
+                meaning};
     }
 };
 

@@ -11,6 +11,7 @@
 #include "texture/py_map.h"
 #include "texture/py_map_wrapper.h"
 #include "texture/testing/device_fixture.h"
+#include "texture/testing/fake_overlay.h"
 
 namespace {
 
@@ -269,6 +270,30 @@ TEST_F(PyMapWrapperCreate, ZeroForEveryFailure) {
     EXPECT_EQ(0, map->Create(64, 32, nullptr, Host{}.get()));
     device->record().failMethod("GetDisplayMode", D3DERR_DEVICELOST);
     EXPECT_EQ(0, map->Create(64, 32, nullptr, renderer.get()));
+}
+
+TEST_F(PyMapWrapperCreate, RefreshesAfterEveryFailure) {
+    AskedList asked;
+    FakeOverlay owner(asked, 64, 32);
+    FakeSyncer syncer(asked);
+    for (std::size_t failing = 0; failing < kCreation.size(); ++failing) {
+        const auto map = makeMap<PyMapWrapper>();
+        map->SetOwner(&owner);
+        map->SetSyncer(&syncer);
+        device->record().failCall(failing, D3DERR_DEVICELOST);
+        map->Create(64, 32, nullptr, renderer.get());
+        // With the textures that there are: none may be missed, and none is lost.
+        const bool hasBoth = failing >= 3;
+        EXPECT_EQ((software_d3d9::LiveCounts{hasBoth ? 2U : 1U, 0}), device->live()) << failing;
+        owner.dirty = true;
+        EXPECT_EQ(S_OK, map->Update()) << failing;
+        EXPECT_FALSE(owner.dirty) << failing;
+        // Once more, whole this time.
+        EXPECT_EQ(1, map->Create(64, 32, nullptr, renderer.get())) << failing;
+        owner.picture.assign(owner.picture.size(), static_cast<BYTE>(failing + 1));
+        EXPECT_EQ(2u, map->UpdateCounter()) << failing;
+        EXPECT_EQ(failing + 1, *device->pictureOf(map->VideoTexture())->bits);
+    }
 }
 
 } // namespace

@@ -9,15 +9,11 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <mutex>
 #include <random>
-#include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -26,34 +22,10 @@
 #include "platform/reentrant_lock.h"
 #include "texture/py_map_wrapper.h"
 #include "texture/testing/device_fixture.h"
+#include "texture/testing/frame_watch.h"
+#include "texture/testing/running_syncer.h"
 
 namespace {
-
-using MapPointer = platform::ComPointer<PyMapWrapper>;
-
-MapPointer share(const MapPointer &map) {
-    if (map)
-        map->AddRef();
-    return MapPointer(map.get());
-}
-
-/// A clock that runs with the frames. It wants the interpreter lock now and then, as a syncer written in Python would.
-class RunningSyncer final : public IVideoTextureSyncer {
-  public:
-    LONGLONG STDMETHODCALLTYPE GetVideoTime() override {
-        const LONGLONG now = ++m_time;
-        if (now % 16 == 0)
-            const PyGILGuard interpreter;
-        return now / 2;
-    }
-    LONGLONG STDMETHODCALLTYPE GetTolerance(LONGLONG) override { return 0; }
-    LONGLONG STDMETHODCALLTYPE GetFrameNumber(LONGLONG duration) override { return duration; }
-    LONGLONG STDMETHODCALLTYPE HostOperation3() override { return 0; }
-    bool STDMETHODCALLTYPE IsRefreshAllowed() override { return m_time % 7 != 0; }
-
-  private:
-    std::atomic<LONGLONG> m_time{0};
-};
 
 /// An overlay whose pictures carry numbers.
 class NumberedOverlay final : public OverlaySource {
@@ -101,23 +73,6 @@ class NumberedOverlay final : public OverlaySource {
     std::atomic<bool> m_dirty{false};
 };
 
-/// Where the host's Python side leaves the map for its renderer.
-class MapSlot {
-  public:
-    void put(MapPointer map) {
-        const std::lock_guard lock(m_mutex);
-        std::swap(m_map, map);
-    }
-    MapPointer get() const {
-        const std::lock_guard lock(m_mutex);
-        return share(m_map);
-    }
-
-  private:
-    mutable std::mutex m_mutex;
-    MapPointer m_map;
-};
-
 class TornFrames : public DeviceFixture {
   protected:
     static software_d3d9::DeviceOptions poisoning() {
@@ -126,47 +81,6 @@ class TornFrames : public DeviceFixture {
         return options;
     }
     TornFrames() : DeviceFixture(poisoning()) {}
-
-    /// Renders until told to stop; keeps an earlier map for a while, as a host's queue of frames does.
-    void render() {
-        const PyMapWrapper *last = nullptr;
-        std::uint32_t lastNumber = 0;
-        MapPointer kept;
-        for (unsigned int frame = 0; !done; ++frame) {
-            const MapPointer current = slot.get();
-            if (!current)
-                continue;
-            if (current.get() != last) {
-                if (kept)
-                    kept->UpdateCounter();
-                kept = share(current);
-                last = current.get();
-                lastNumber = 0;
-            }
-            current->UpdateCounter();
-            current->BindToStage(0);
-            const software_d3d9::SharedPicture shown = device->boundPicture(0);
-            if (shown && shown->width == current->Width() && shown->height == current->Height())
-                lastNumber = expectWholeFrame(*shown, lastNumber);
-            ++frames;
-        }
-    }
-
-    /// The number of the frame, which is the last one shown or a later one. 0 is what a texture starts with.
-    std::uint32_t expectWholeFrame(const software_d3d9::Picture &shown, std::uint32_t lastNumber) {
-        std::uint32_t number = 0;
-        std::memcpy(&number, shown.bits, sizeof number);
-        for (std::uint32_t y = 0; y < shown.height; ++y)
-            for (std::uint32_t x = 0; x < shown.width; ++x) {
-                std::uint32_t pixel = 0;
-                std::memcpy(&pixel, shown.row(y) + x * 4, sizeof pixel);
-                torn += pixel != number;
-            }
-        backward += number < lastNumber;
-        invented += number > numbers;
-        distinct += number != lastNumber;
-        return number;
-    }
 
     // --- The host's Python side ---
 
@@ -177,11 +91,11 @@ class TornFrames : public DeviceFixture {
         const UINT height = pick(8, 67);
         overlay->resize(width, height);
         endMap();
-        MapPointer fresh = makeMap<PyMapWrapper>();
+        auto fresh = makeMap<PyMapWrapper>();
         EXPECT_EQ(1, fresh->Create(width, height, windowProvider.get(), renderer.get()));
         fresh->SetOwner(overlay.get());
         fresh->SetSyncer(syncer.get());
-        slot.put(share(fresh));
+        watch.show(share(fresh.get()));
         map = std::move(fresh);
     }
     void endMap() {
@@ -232,43 +146,33 @@ class TornFrames : public DeviceFixture {
 
     std::mt19937 random{20260501};
     std::atomic<std::uint32_t> numbers{0};
-    std::atomic<bool> done{false};
-    std::atomic<std::uint64_t> frames{0};
-    std::atomic<std::uint64_t> torn{0};
-    std::atomic<std::uint64_t> backward{0};
-    std::atomic<std::uint64_t> invented{0};
-    std::atomic<std::uint64_t> distinct{0};
+    FrameWatch watch{*device.get(), numbers};
     std::unique_ptr<NumberedOverlay> overlay = std::make_unique<NumberedOverlay>(numbers);
     std::unique_ptr<RunningSyncer> syncer = std::make_unique<RunningSyncer>();
-    MapPointer map;
-    MapSlot slot;
+    platform::ComPointer<PyMapWrapper> map;
 };
 
 TEST_F(TornFrames, EveryFrameIsWhole) {
     const bool isLong = std::getenv("ORVANEL_LONG_TESTS") != nullptr;
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(isLong ? 60 : 0);
     createMap();
-    std::thread rendering([this] { render(); });
-    std::uint64_t steps = 0;
+    std::atomic<long> rounds{0};
+    std::thread rendering([&] { watch.run(rounds); });
+    long steps = 0;
     // Long enough for the renderer to have seen something on any machine, or for the time that was asked for.
-    while (std::chrono::steady_clock::now() < end || steps < 2000 || distinct < 100) {
+    while (std::chrono::steady_clock::now() < end || steps < 2000 || watch.changes() < 100) {
         hostStep();
         ++steps;
         // A lock is not fair to those who wait: an editor who never pauses would keep the renderer out.
         std::this_thread::sleep_for(std::chrono::microseconds(20));
     }
-    done = true;
+    watch.stop();
     rendering.join();
     endMap();
-    slot.put({});
-    RecordProperty("frames", std::to_string(frames));
-    RecordProperty("steps", std::to_string(steps));
-    EXPECT_EQ(0u, torn) << "of the pixels in " << frames << " frames";
-    EXPECT_EQ(0u, backward);
-    EXPECT_EQ(0u, invented);
+    watch.show({});
+    watch.expectNothingWrong();
     if (isLong)
-        std::printf("%llu steps, %llu frames, %llu changes seen\n", static_cast<unsigned long long>(steps),
-                    static_cast<unsigned long long>(frames.load()), static_cast<unsigned long long>(distinct.load()));
+        watch.print(steps);
 }
 
 } // namespace

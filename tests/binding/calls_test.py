@@ -72,7 +72,7 @@ class Texts(Case):
     def test_argument_count(self):
         self.refused(TypeError, 'Orvanel_AddPoint() takes exactly 3 arguments (1 given)', _Orvanel.Orvanel_AddPoint, self.object)
         self.refused(TypeError, 'new_Orvanel() takes exactly 0 arguments (1 given)', _Orvanel.new_Orvanel, 1)
-        self.refused(TypeError, 'Orvanel_swigregister() takes exactly 1 argument (2 given)', _Orvanel.Orvanel_swigregister, 1, 2)
+        self.refused(TypeError, 'Orvanel_swigregister() takes exactly one argument (2 given)', _Orvanel.Orvanel_swigregister, 1, 2)
 
     def test_no_keywords(self):
         self.assertRaises(TypeError, lambda: _Orvanel.Orvanel_AddPoint(self.object, x=1, y=2))

@@ -21,7 +21,8 @@ def valid_argument(argument):
 
 def count_text(entry, given):
     count = len(entry.arguments)
-    return '%s() takes exactly %d argument%s (%d given)' % (entry.name, count, '' if count == 1 else 's', given)
+    # The interpreter's words: its own for a function of one argument, its argument parser's for the others.
+    return '%s() takes exactly %s (%d given)' % (entry.name, 'one argument' if count == 1 else '%d arguments' % count, given)
 
 
 def overload_text(entry):

@@ -5,16 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "overlay/types/overlay_canvas.h"
+#include "overlay/testing/bare_canvas.h"
 #include "platform/com.h"
 
 /// A drawing component that writes down what it is asked for, one line a call.
-class RecordingCanvas final : public OverlayCanvas {
+class RecordingCanvas final : public BareCanvas {
   public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(const GUID &, void **object) override {
-        *object = nullptr;
-        return E_NOINTERFACE;
-    }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() override { return --references; }
 
@@ -50,38 +46,6 @@ class RecordingCanvas final : public OverlayCanvas {
         return S_OK;
     }
 
-    // Positions that nobody calls.
-    HRESULT STDMETHODCALLTYPE Reserved4() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved6() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved7() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved8() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved9() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved10() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved11() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved12() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved13() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved14() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved15() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved16() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved17() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved18() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved19() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved20() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved21() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved22() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved23() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved25() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved28() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved30() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved31() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved32() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved33() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved34() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved35() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved36() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved37() override { return unexpected(); }
-    HRESULT STDMETHODCALLTYPE Reserved38() override { return unexpected(); }
-
     /// The lines since the last call.
     std::vector<std::string> take() { return std::exchange(lines, {}); }
 
@@ -92,7 +56,7 @@ class RecordingCanvas final : public OverlayCanvas {
     ULONG references = 1;
 
   private:
-    HRESULT unexpected() {
+    HRESULT unexpected() override {
         note("unexpected");
         return E_NOTIMPL;
     }
