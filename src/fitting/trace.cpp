@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Putting anchors into border order: a walk along the border of a mask, from the first anchor's pixel all the way
-// round.
+// Putting anchors into border order: a walk along the border of a mask, from the first anchor's pixel and round.
 //
 // What is walked is the crack between inside and outside. Each step of it has an inside pixel on its right hand and an
 // outside pixel on its left, and the border band is nothing but those two rows of pixels: going along the crack visits
@@ -32,8 +31,7 @@
 namespace fitting {
 namespace {
 
-/// One step of the crack: along one side of an inside pixel. Going round a single pixel passes top, right, bottom,
-/// left.
+/// One step of the crack: along one side of an inside pixel. Round a single pixel they are top, right, bottom, left.
 struct Step {
     Pixel inside;
     int side = 0;

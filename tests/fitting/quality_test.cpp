@@ -15,6 +15,7 @@
 #include "overlay/orvanel.h"
 #include "overlay/python_values.h"
 #include "overlay/testing/python_environment.h"
+#include "overlay/testing/recording_canvas.h"
 #include "sheet.h"
 
 namespace {
@@ -94,6 +95,8 @@ void fit(Orvanel &object, const Case &example) {
 }
 
 TEST(FittingQuality, FittedOutlinesCoverTheirMasks) {
+    RecordingCanvas canvas;
+    const CanvasForTest registration(&canvas);
     std::map<std::string, Row> table;
     Row all;
     Sheet sheet(4);
