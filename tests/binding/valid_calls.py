@@ -12,6 +12,10 @@ OUTLINE = ((10, 10), (90, 10), (50, 90))
 FEATHERS = [[1L, 2, 3], [4L, 5, 6]]
 POINTS = [(0.25, 0.5, 0, 0, 0), (0.5, 0.5, 1, 0, 0), (0.75, 0.5, 1, 0, 0)]
 POINT_BYTES = struct.pack('<IffIII', 0, 0.5, 0.5, 0, 0, 0) * 9
+# A square's runs. Large enough for the fit to come to rest: in a mask of few pixels every pair of anchors counts as far
+# apart, and every fit adds anchors.
+MASK_SIZE = (64, 64)
+MASK_RUNS = [(0.25, row / 64.0, 0.5) for row in xrange(16, 48)]
 
 _record = swig_peer.KeyFrameMaskInfo()
 _slot = swig_peer.RecordSlot()
@@ -45,9 +49,9 @@ def arguments(entry, target):
     special = {
         'Orvanel_SetCallbackFunc': (target, ignore),
         'Orvanel_CallBack': (target, 3),
-        'Orvanel_Convert2SelectionLineUS': (target, (64, 64)),
+        'Orvanel_Convert2SelectionLineUS': (target, MASK_SIZE),
         'Orvanel_DumpBitmap': ([(0.0, 0.0, 0.5)], (0, 0), ''),
-        'Orvanel_AdjustPoints': (target, (0.0, 0.0), [(0.25, 0.25, 0.5)], (8, 8)),
+        'Orvanel_AdjustPoints': (target, (0.0, 0.0), MASK_RUNS, MASK_SIZE),
         'Orvanel_SetDevSetting': (target, {0: True, 1: False, 9: False, 3: [keyframe], 6: FEATHERS, 8: FEATHERS}),
         'Orvanel_SetDevSettingPoints': (POINTS[:0], _points),
         'Orvanel_SetDevSettingPointsBuf': (POINT_BYTES, _points),
