@@ -232,7 +232,7 @@ void Stroker::prefetchRow(int y) {
     for (std::int32_t i = m_rowHeads[static_cast<std::size_t>(y - m_firstRow)]; i != kNoSpan;) {
         const Span &span = m_spans[static_cast<std::size_t>(i)];
         platform::prefetch(pixels + span.first);
-        platform::prefetch(pixels + span.end - 1);
+        platform::prefetch(pixels + std::max<int>(span.end, span.first + kBlock) - 1);
         i = span.next;
     }
 }

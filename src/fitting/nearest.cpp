@@ -9,17 +9,19 @@ namespace fitting {
 NearestPixels::NearestPixels(std::span<const Pixel> list) {
     if (list.empty())
         return;
-    const auto [leftmost, rightmost] = std::ranges::minmax(list, {}, &Pixel::x);
-    const auto [topmost, lowest] = std::ranges::minmax(list, {}, &Pixel::y);
-    m_left = leftmost.x;
-    m_top = topmost.y;
+    const auto across = std::ranges::minmax(list, {}, &Pixel::x);
+    const auto down = std::ranges::minmax(list, {}, &Pixel::y);
+    m_left = across.min.x;
+    m_top = down.min.y;
+    const std::int32_t width = across.max.x - m_left;
+    const std::int32_t height = down.max.y - m_top;
     const auto sizeIn = [this](std::int32_t extent) { return (extent >> m_shift) + 1; };
     // Few pixels in a wide space get larger cells: there are never more cells than pixels, give or take.
-    const auto cells = [&] { return std::int64_t{sizeIn(rightmost.x - m_left)} * sizeIn(lowest.y - m_top); };
+    const auto cells = [&] { return std::int64_t{sizeIn(width)} * sizeIn(height); };
     while (cells() > static_cast<std::int64_t>(list.size()) + 64)
         ++m_shift;
-    m_columns = sizeIn(rightmost.x - m_left);
-    m_rows = sizeIn(lowest.y - m_top);
+    m_columns = sizeIn(width);
+    m_rows = sizeIn(height);
 
     m_starts.resize(static_cast<std::size_t>(cells()) + 1);
     const auto cellOf = [this](const Pixel &pixel) { return cellIndex(clampedColumn(pixel.x), clampedRow(pixel.y)); };

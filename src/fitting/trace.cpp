@@ -171,7 +171,7 @@ class Joiner {
                     entry = in;
                 }
             }
-            std::ranges::rotate(loop, loop.begin() + static_cast<std::ptrdiff_t>(entry));
+            std::rotate(loop.begin(), loop.begin() + static_cast<std::ptrdiff_t>(entry), loop.end());
         }
         order.insert(order.begin() + static_cast<std::ptrdiff_t>(position) + 1, loop.begin(), loop.end());
     }
@@ -222,7 +222,7 @@ std::vector<std::uint32_t> traceAnchors(const BitPicture &mask, const Border &bo
     for (std::size_t loop = 1; loop < loops.size(); ++loop)
         joiner.join(order, std::move(loops[loop].anchors));
     // The lowest number stands on the pixel where the walk began, so only a bridge can have come before it.
-    std::ranges::rotate(order, std::ranges::min_element(order));
+    std::rotate(order.begin(), std::ranges::min_element(order), order.end());
     chooseDirection(order, anchors.size());
     return order;
 }

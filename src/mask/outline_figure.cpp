@@ -39,7 +39,9 @@ bool canDraw(const MPoint &point) {
     const auto inRange = [](std::int32_t value) {
         return value >= -kMaxPixelCoordinate && value <= kMaxPixelCoordinate;
     };
-    return inRange(point.x) & inRange(point.y);
+    bool result = inRange(point.x);
+    result &= inRange(point.y);
+    return result;
 }
 
 bool isWithin(const MPoint &point, const FlattenClip &clip) {
