@@ -71,6 +71,15 @@ class PointFitting : public testing::Test {
         log.clear();
     }
 
+    /// Takes over points as they are, as a host's stored data may hold them.
+    void restore(const std::vector<MPointF> &list) {
+        const PyRef setting = PyRef::adopt(PyDict_New());
+        Py_INCREF(Py_False);
+        storeSetting(setting.get(), 0, Py_False);
+        storeSetting(setting.get(), 2, buildPointBytes(list));
+        object.SetDevSetting(setting.get());
+    }
+
     void fit(const Runs &runs, int width = kWidth, int height = kHeight) {
         const PyRef list = PyRef::adopt(buildRunList(runs));
         const PyRef size = PyRef::adopt(Py_BuildValue("(ii)", width, height));
@@ -399,18 +408,12 @@ TEST_F(PointFitting, WithoutAVideoRectangleNoAnchorIsFoundAgain) {
 }
 
 TEST_F(PointFitting, MoreAnchorsThanThePointsHaveRoomForAreRefused) {
-    // Ten anchors and not one control point between them, as a host's data may have it.
+    // Ten anchors and not one control point between them.
     std::vector<MPointF> list;
     for (int number = 0; number < 10; ++number)
         list.push_back({kAnchorPoint, 0.1F * static_cast<float>(number),
                         0.05F * static_cast<float>(number * number % 17), 0, 0, 0});
-    const PyRef bytes = PyRef::adopt(buildPointBytes(list));
-    const PyRef setting = PyRef::adopt(PyDict_New());
-    Py_INCREF(Py_False);
-    storeSetting(setting.get(), 0, Py_False);
-    Py_INCREF(bytes.get());
-    storeSetting(setting.get(), 2, bytes.get());
-    object.SetDevSetting(setting.get());
+    restore(list);
     log.clear();
     fit(disk(100, 50, 8));
     EXPECT_EQ(wideMessages()[1], L"Orvanel::FindTargetPointsFromMask_IntersecRemoval Impossible,+ redundant points");
@@ -429,13 +432,7 @@ TEST_F(PointFitting, PlacesThatAreNoNumbersAreFitted) {
         list.push_back({kControlPoint, x, nan, 0, 0, 0});
         list.push_back({kControlPoint, nan, y, 0, 0, 0});
     }
-    const PyRef bytes = PyRef::adopt(buildPointBytes(list));
-    const PyRef setting = PyRef::adopt(PyDict_New());
-    Py_INCREF(Py_False);
-    storeSetting(setting.get(), 0, Py_False);
-    Py_INCREF(bytes.get());
-    storeSetting(setting.get(), 2, bytes.get());
-    object.SetDevSetting(setting.get());
+    restore(list);
     const Runs runs = disk(100, 50, 30);
     fit(runs);
     for (const auto &[x, y] : anchors())
