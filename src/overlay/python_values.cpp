@@ -22,17 +22,18 @@ bool parseQuietly(PyObject *object, const char *format, Outputs *...outputs) {
 
 /// A tuple of floats, built without a format string; it is the unit of lists with thousands of entries.
 PyObject *buildRun(const Quill::MaskRunF &run) {
-    PyRef tuple = PyRef::adopt(PyTuple_New(3));
+    PyObject *const tuple = PyTuple_New(3);
     if (!tuple)
         return nullptr;
-    const float values[3] = {run.x, run.y, run.length};
-    for (Py_ssize_t index = 0; index < 3; ++index) {
-        PyObject *const value = PyFloat_FromDouble(static_cast<double>(values[index]));
-        if (!value)
-            return nullptr;
-        PyTuple_SET_ITEM(tuple.get(), index, value);
-    }
-    return tuple.release();
+    const auto store = [tuple](Py_ssize_t index, float value) {
+        PyObject *const object = PyFloat_FromDouble(static_cast<double>(value));
+        PyTuple_SET_ITEM(tuple, index, object);
+        return object != nullptr;
+    };
+    if (store(0, run.x) && store(1, run.y) && store(2, run.length))
+        return tuple;
+    Py_DECREF(tuple);
+    return nullptr;
 }
 
 } // namespace
