@@ -43,8 +43,8 @@ constexpr int kLaneFraction = 6;
 constexpr int kToLane = StrokeBodyRows::kDistanceFraction - kLaneFraction;
 constexpr int kLanes = platform::Int16Lanes::kCount;
 
-// The nearness of pixels whose distance starts at `distance` and grows by `step` each, both with kDistanceFraction bits.
-// Lanes whose pixel is out of reach may have wrapped around.
+// The nearness of pixels whose distance starts at `distance` and grows by `step` each, both with kDistanceFraction
+// bits. Lanes whose pixel is out of reach may have wrapped around.
 inline platform::Int16Lanes nearnessOf(std::int32_t distance, std::int32_t step) {
     using platform::Int16Lanes;
     const Int16Lanes growth = Int16Lanes::ramp() * Int16Lanes::all(step >> kToLane);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Runs a fuzzer's entry over every file of the given folders, so that inputs found once are tested in every configuration.
+// Runs a fuzzer's entry over every file of the given folders, so that inputs found once are tested in every
+// configuration.
 
 #include <algorithm>
 #include <cstddef>

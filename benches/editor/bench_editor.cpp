@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a person waits for: the pointer's moves, a drag, saving and restoring. Each beside a copy of the bytes it touches.
+// What a person waits for: the pointer's moves, a drag, saving and restoring. Each beside a copy of the bytes it
+// touches.
 
 #include <benchmark/benchmark.h>
 

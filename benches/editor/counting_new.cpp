@@ -13,5 +13,9 @@ void *operator new(std::size_t size) {
         return memory;
     throw std::bad_alloc();
 }
-void operator delete(void *memory) noexcept { std::free(memory); }
-void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void *memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void *memory, std::size_t) noexcept {
+    std::free(memory);
+}

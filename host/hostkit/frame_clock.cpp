@@ -9,8 +9,8 @@
 namespace hostkit {
 namespace {
 
-/// ceil(value * factor / divisor) of numbers that are not negative, with divisor below 2^31: every product of remainders
-/// fits. A result that does not is the largest number.
+/// ceil(value * factor / divisor) of numbers that are not negative, with divisor below 2^31: every product of
+/// remainders fits. A result that does not is the largest number.
 std::int64_t rescaledUp(std::int64_t value, std::int64_t factor, std::int64_t divisor) {
     const std::int64_t whole = value / divisor;
     const std::int64_t rest = value % divisor;

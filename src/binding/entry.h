@@ -29,7 +29,7 @@ struct ResultShape {
 struct Entry {
     const char *name;
     PyCFunction call;
-    int flags; ///< how the interpreter calls it: METH_O or METH_VARARGS
+    int flags;                                ///< how the interpreter calls it: METH_O or METH_VARARGS
     std::span<const ArgumentShape> arguments; ///< all of them, self included
     std::size_t required;                     ///< fewer than `arguments` in an overloaded entry
     ResultShape result;

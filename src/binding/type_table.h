@@ -29,8 +29,9 @@ struct PointerType {
 /// Sorted by strcmp of the mangled name, because readers of the registry search it by halves.
 ///
 /// The four vector names with an underscore after the T are what current SWIG calls the two vectors, without and with
-/// its standard library file; no entry declares them, kEquivalentTypes makes them acceptable. Whoever registers a name first
-/// decides its texts, and a SWIG-built module looks its own vectors up by text: both of SWIG's spellings have to be there.
+/// its standard library file; no entry declares them, kEquivalentTypes makes them acceptable. Whoever registers a name
+/// first decides its texts, and a SWIG-built module looks its own vectors up by text: both of SWIG's spellings have to
+/// be there.
 inline constexpr std::array kPointerTypes = {
     PointerType{"_p_HoverPoint", "HoverPoint *"},
     PointerType{"_p_IVideoTextureSyncer", "IVideoTextureSyncer *"},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program's own allocator, so that every allocation of the library is seen. In a file of its own: where the compiler
-// can see into these operators it takes the pairs of new and free for mistakes.
+// The program's own allocator, so that every allocation of the library is seen. In a file of its own: where the
+// compiler can see into these operators it takes the pairs of new and free for mistakes.
 
 #include "mask/counting_allocator_test.h"
 

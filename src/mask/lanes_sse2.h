@@ -126,7 +126,8 @@ class Columns {
     }
     static void storeTwo(__m128i records, std::uint8_t *out) {
         _mm_storel_epi64(reinterpret_cast<__m128i *>(out), records);
-        // The store of an upper half by name wants an aligned address; copied like this it becomes the same instruction.
+        // The store of an upper half by name wants an aligned address; copied like this it becomes the same
+        // instruction.
         const __m128d both = _mm_castsi128_pd(records);
         const double upper = _mm_cvtsd_f64(_mm_unpackhi_pd(both, both));
         std::memcpy(out + 6, &upper, sizeof upper);

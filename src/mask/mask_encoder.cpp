@@ -69,8 +69,12 @@ struct MaskEncoder::State {
     EncodeJob job(std::span<const MPoint> outline) const {
         static const MPoint nothing[kMinOutlinePoints] = {};
         const bool enough = outline.size() >= kMinOutlinePoints;
-        return {enough ? outline.data() : nothing, enough ? static_cast<int>(outline.size()) : kMinOutlinePoints,
-                width, height, invert, exclusion};
+        return {enough ? outline.data() : nothing,
+                enough ? static_cast<int>(outline.size()) : kMinOutlinePoints,
+                width,
+                height,
+                invert,
+                exclusion};
     }
 };
 

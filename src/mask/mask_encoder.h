@@ -30,8 +30,8 @@ class OutlineBuilder {
     std::vector<MPoint> m_points;
 };
 
-/// Turns outlines into runs, even-odd, without anti-aliasing: a pixel is in when its upper left corner is inside or on a
-/// left or upper edge. Holds its working memory: use one for each thread, and keep it.
+/// Turns outlines into runs, even-odd, without anti-aliasing: a pixel is in when its upper left corner is inside or on
+/// a left or upper edge. Holds its working memory: use one for each thread, and keep it.
 ///
 /// Every result stays valid until the next call. Outlines of fewer than three anchors give empty masks.
 class MaskEncoder {

@@ -8,9 +8,13 @@
 namespace Quill {
 namespace {
 
-std::vector<MPoint> square() { return OutlineBuilder(1, 1).lineTo(4, 1).lineTo(4, 4).lineTo(1, 4).close(); }
+std::vector<MPoint> square() {
+    return OutlineBuilder(1, 1).lineTo(4, 1).lineTo(4, 4).lineTo(1, 4).close();
+}
 
-std::string text(std::span<const MaskRun> runs) { return test::asText({runs.begin(), runs.end()}); }
+std::string text(std::span<const MaskRun> runs) {
+    return test::asText({runs.begin(), runs.end()});
+}
 
 TEST(OutlineBuilder, ClosesByAStraightSegmentOrByTheLast) {
     const std::vector<MPoint> open = OutlineBuilder(0, 0).lineTo(8, 0).lineTo(8, 4).close();
@@ -19,8 +23,7 @@ TEST(OutlineBuilder, ClosesByAStraightSegmentOrByTheLast) {
     EXPECT_TRUE(open[7] == (MPoint{kControlPoint, 6, 3, 0, 0, 0}));
     EXPECT_TRUE(open[8] == (MPoint{kControlPoint, 2, 1, 0, 0, 0}));
 
-    const std::vector<MPoint> closed =
-        OutlineBuilder(0, 0).lineTo(8, 0).lineTo(8, 4).curveTo(7, 4, 1, 3, 0, 0).close();
+    const std::vector<MPoint> closed = OutlineBuilder(0, 0).lineTo(8, 0).lineTo(8, 4).curveTo(7, 4, 1, 3, 0, 0).close();
     ASSERT_EQ(closed.size(), 9u);
     EXPECT_TRUE(closed[0] == (MPoint{kAnchorPoint, 0, 0, 1, 0, 0})); // reached by a curve
     EXPECT_TRUE(closed[6] == (MPoint{kAnchorPoint, 8, 4, 0, 1, 0}));

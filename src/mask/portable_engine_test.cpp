@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// These tests are about the portable engine, also where the platform has one of its own: recorded pixels are not those of
-// every version of every platform. Tests of the platform's engine ask for it by name.
+// These tests are about the portable engine, also where the platform has one of its own: recorded pixels are not those
+// of every version of every platform. Tests of the platform's engine ask for it by name.
 
 #include <gtest/gtest.h>
 

@@ -12,6 +12,6 @@ struct Centroid {
     float y = 0;
 };
 
-/// The centre of the points' bounding box, in single precision; (0, 0) for a single point. E_FAIL, with `centroid` as it
-/// was, when there are no points or nowhere to store it.
+/// The centre of the points' bounding box, in single precision; (0, 0) for a single point. E_FAIL, with `centroid` as
+/// it was, when there are no points or nowhere to store it.
 HRESULT calculateCentroid(const std::vector<MPointF> *points, Centroid *centroid);

@@ -5,7 +5,9 @@
 
 namespace {
 
-MPointF at(float x, float y) { return {kAnchorPoint, x, y, 0, 0, 0}; }
+MPointF at(float x, float y) {
+    return {kAnchorPoint, x, y, 0, 0, 0};
+}
 
 TEST(CentroidOfPoints, IsTheCentreOfTheBoundingBox) {
     Centroid centroid;

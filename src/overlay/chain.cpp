@@ -56,7 +56,8 @@ void translate(const Chain &chain, std::size_t index, std::int32_t dx, std::int3
 }
 
 /// One side of an anchor that moved by (dx, dy): the arriving side (step -1) or the leaving one (step 1).
-void followAnchor(const Chain &chain, std::size_t anchor, std::ptrdiff_t step, bool bent, std::int32_t dx, std::int32_t dy) {
+void followAnchor(const Chain &chain, std::size_t anchor, std::ptrdiff_t step, bool bent, std::int32_t dx,
+                  std::int32_t dy) {
     const std::size_t near = wrappedIndex(anchor, step, chain.size());
     const std::size_t far = wrappedIndex(anchor, 2 * step, chain.size());
     const std::size_t neighbour = wrappedIndex(anchor, 3 * step, chain.size());
@@ -124,7 +125,8 @@ void moveAnchor(const Chain &chain, std::size_t index, std::int32_t dx, std::int
 
 void placeAnchor(const Chain &chain, std::size_t index, float x, float y) {
     const MPoint &anchor = chain.points[index];
-    moveAnchor(chain, index, wrappingDifference(placeCoordinate(x, chain.placement.width, chain.placement.left), anchor.x),
+    moveAnchor(chain, index,
+               wrappingDifference(placeCoordinate(x, chain.placement.width, chain.placement.left), anchor.x),
                wrappingDifference(placeCoordinate(y, chain.placement.height, chain.placement.top), anchor.y));
     chain.pointsF[index].x = x;
     chain.pointsF[index].y = y;

@@ -3,13 +3,14 @@
 
 // Editing a chain of outline points: the live outline and every keyframe record are edited by the same functions.
 //
-// A chain is two vectors of equal length and order, pixel points and their normalised twins, and the rectangle that maps
-// one to the other. A twin's coordinates are recomputed whenever its pixel point moves; curve flags are kept in both,
-// handleShown in the pixel points alone. Results of float arithmetic are truncated toward zero. Look-ups wrap around:
-// before index 0 comes the last point, after the last comes index 0.
+// A chain is two vectors of equal length and order, pixel points and their normalised twins, and the rectangle that
+// maps one to the other. A twin's coordinates are recomputed whenever its pixel point moves; curve flags are kept in
+// both, handleShown in the pixel points alone. Results of float arithmetic are truncated toward zero. Look-ups wrap
+// around: before index 0 comes the last point, after the last comes index 0.
 //
 // The functions accept any sequence of points: what does not have the layout (outlines restored from a host's data may
-// hold anything) is left alone where a neighbour of the expected kind is missing, and nothing is read outside the chain.
+// hold anything) is left alone where a neighbour of the expected kind is missing, and nothing is read outside the
+// chain.
 
 #include <cstdint>
 #include <optional>
@@ -31,8 +32,12 @@ inline constexpr std::int32_t kHitTolerance = 10;
 /// The fewest points a mask is made of: three anchors with their control points.
 inline constexpr std::size_t kFewestMaskPoints = 9;
 
-inline bool isAnchor(const MPoint &point) { return point.type == kAnchorPoint; }
-inline bool isControl(const MPoint &point) { return point.type == kControlPoint; }
+inline bool isAnchor(const MPoint &point) {
+    return point.type == kAnchorPoint;
+}
+inline bool isControl(const MPoint &point) {
+    return point.type == kControlPoint;
+}
 
 /// The index `steps` (at most one round in either direction) away from `index`, wrapping.
 std::size_t wrappedIndex(std::size_t index, std::ptrdiff_t steps, std::size_t count);
@@ -51,7 +56,8 @@ std::optional<std::size_t> hitTestAnchor(const std::vector<MPoint> &points, std:
 /// The control points of a straight segment, at one quarter and three quarters of the way.
 std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to);
 
-/// Appends an anchor, after the straight control points from the last one. An outline that is closed already stays closed.
+/// Appends an anchor, after the straight control points from the last one. An outline that is closed already stays
+/// closed.
 void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y);
 /// Appends (or, in a closed chain, re-places) the straight control points from the last anchor to the first.
 void closeChain(const Chain &chain);
@@ -59,8 +65,8 @@ void closeChain(const Chain &chain);
 bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index);
 /// Removes the selected anchors with their control points; segments that arise are straight, the closing one included.
 void removeAnchors(const Chain &chain, const std::vector<unsigned int> &selected);
-/// Puts the anchors, given by number, into that order; each number comes once. Segments that stay keep their control points,
-/// those that arise are straight.
+/// Puts the anchors, given by number, into that order; each number comes once. Segments that stay keep their control
+/// points, those that arise are straight.
 void reorderAnchors(const Chain &chain, const std::vector<std::uint32_t> &order);
 /// Whether the chain ends with control points, those of the segment back to the first anchor.
 bool isClosed(const Chain &chain);
@@ -71,7 +77,8 @@ void removeLastAnchor(const Chain &chain);
 void moveControl(const Chain &chain, std::size_t index, std::int32_t dx, std::int32_t dy);
 /// Moves one anchor; bent sides move their handle along, straight sides are re-placed.
 void moveAnchor(const Chain &chain, std::size_t index, std::int32_t dx, std::int32_t dy);
-/// Puts one anchor on a place in fractions of the placement rectangle, kept as it is; the sides follow as in moveAnchor.
+/// Puts one anchor on a place in fractions of the placement rectangle, kept as it is; the sides follow as in
+/// moveAnchor.
 void placeAnchor(const Chain &chain, std::size_t index, float x, float y);
 /// Moves every point.
 void moveAll(const Chain &chain, std::int32_t dx, std::int32_t dy);

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// How far the handles of a point inserted on a bent segment reach, as a fraction of the neighbouring anchors' distance:
-/// the tangent through the new point is parallel to the segment's chord, and the curve stays smooth.
+/// How far the handles of a point inserted on a bent segment reach, as a fraction of the neighbouring anchors'
+/// distance: the tangent through the new point is parallel to the segment's chord, and the curve stays smooth.
 constexpr double kSmoothing = 0.15;
 
 /// from + trunc(factor x (b - a)) on one axis.
@@ -57,8 +57,8 @@ void appendStraightControls(const Chain &chain, const MPoint &from, const MPoint
     append(chain, threeQuarters);
 }
 
-/// Makes a chain of some of its anchors, in any order. The control points between two that were neighbours stay; straight
-/// ones arise between others.
+/// Makes a chain of some of its anchors, in any order. The control points between two that were neighbours stay;
+/// straight ones arise between others.
 void rebuild(const Chain &chain, const std::vector<std::size_t> &kept) {
     std::vector<MPoint> points;
     std::vector<MPointF> pointsF;
@@ -92,7 +92,9 @@ void rebuild(const Chain &chain, const std::vector<std::size_t> &kept) {
 
 } // namespace
 
-bool isClosed(const Chain &chain) { return !chain.points.empty() && isControl(chain.points.back()); }
+bool isClosed(const Chain &chain) {
+    return !chain.points.empty() && isControl(chain.points.back());
+}
 
 std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to) {
     return {controlAt(from, 0.25, from, to), controlAt(from, 0.75, from, to)};
@@ -131,7 +133,8 @@ bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index) {
     if (chain.points.empty())
         return false;
     const std::size_t count = chain.size();
-    const std::size_t start = isAnchor(chain.points[index % count]) ? wrappedIndex(index % count, -1, count) : index % count;
+    const std::size_t start =
+        isAnchor(chain.points[index % count]) ? wrappedIndex(index % count, -1, count) : index % count;
     const auto found = anchorAtOrBefore(chain.points, start);
     if (!found)
         return false;
@@ -148,8 +151,10 @@ bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index) {
         const auto [toQuarter, toThreeQuarters] = straightControls(inserted, to);
         run = {fromQuarter, fromThreeQuarters, inserted, toQuarter, toThreeQuarters};
     } else {
-        const MPoint before = chain.points[anchorAtOrBefore(chain.points, wrappedIndex(begin, -1, chain.size())).value_or(begin)];
-        const MPoint after = chain.points[anchorAtOrAfter(chain.points, wrappedIndex(end, 1, chain.size())).value_or(end)];
+        const MPoint before =
+            chain.points[anchorAtOrBefore(chain.points, wrappedIndex(begin, -1, chain.size())).value_or(begin)];
+        const MPoint after =
+            chain.points[anchorAtOrAfter(chain.points, wrappedIndex(end, 1, chain.size())).value_or(end)];
         inserted.curveIn = inserted.curveOut = 1;
         run = {controlAt(from, kSmoothing, before, inserted), controlAt(inserted, -kSmoothing, from, to), inserted,
                controlAt(inserted, kSmoothing, from, to), controlAt(to, kSmoothing, after, inserted)};

@@ -26,7 +26,9 @@ struct TestChain {
     }
 };
 
-TestChain square() { return TestChain::of({{0, 0}, {40, 0}, {40, 40}, {0, 40}}, true); }
+TestChain square() {
+    return TestChain::of({{0, 0}, {40, 0}, {40, 40}, {0, 40}}, true);
+}
 
 std::vector<std::pair<int, int>> positions(const TestChain &chain) {
     std::vector<std::pair<int, int>> result;
@@ -107,8 +109,7 @@ TEST(Chain, InsertionOnAStraightSegment) {
     TestChain chain = square();
     EXPECT_TRUE(insertPoint(chain, {kAnchorPoint, 20, 0, 0, 0, 1}, 1));
     ASSERT_EQ(chain.points.size(), 15U);
-    EXPECT_EQ(firstSeven(chain),
-              (Positions{{0, 0}, {5, 0}, {15, 0}, {20, 0}, {25, 0}, {35, 0}, {40, 0}}));
+    EXPECT_EQ(firstSeven(chain), (Positions{{0, 0}, {5, 0}, {15, 0}, {20, 0}, {25, 0}, {35, 0}, {40, 0}}));
     EXPECT_EQ(chain.points[3].handleShown, 0U);
     expectLayout(chain);
 }
@@ -117,9 +118,9 @@ TEST(Chain, InsertionOnABentSegmentIsSmooth) {
     TestChain chain = square();
     chain.points[0].curveOut = chain.pointsF[0].curveOut = 1;
     EXPECT_TRUE(insertPoint(chain, {kAnchorPoint, 20, 20, 0, 0, 0}, 1));
-    // From (0,0): 0.15 x ((20,20) - (0,40)); around the point: 0.15 x ((40,0) - (0,0)); to (40,0): 0.15 x ((20,20) - (40,40)).
-    EXPECT_EQ(firstSeven(chain),
-              (Positions{{0, 0}, {3, -3}, {14, 20}, {20, 20}, {26, 20}, {37, -3}, {40, 0}}));
+    // From (0,0): 0.15 x ((20,20) - (0,40)); around the point: 0.15 x ((40,0) - (0,0)); to (40,0):
+    // 0.15 x ((20,20) - (40,40)).
+    EXPECT_EQ(firstSeven(chain), (Positions{{0, 0}, {3, -3}, {14, 20}, {20, 20}, {26, 20}, {37, -3}, {40, 0}}));
     EXPECT_EQ(chain.points[3].curveIn, 1U);
     EXPECT_EQ(chain.points[3].curveOut, 1U);
     expectLayout(chain);
@@ -277,8 +278,9 @@ TEST(Chain, ReorderingKeepsSegmentsThatStayAndStraightensThoseThatArise) {
     moveControl(chain, 10, 5, 5); // bends the closing segment
     reorderAnchors(chain, {0, 2, 1, 3});
     expectLayout(chain);
-    EXPECT_EQ(positions(chain), (Positions{{0, 0}, {10, 0}, {30, 0}, {40, 0}, {40, 10}, {40, 30}, {40, 40}, {30, 40}, {10, 40},
-                                           {0, 40}, {5, 35}, {0, 10}}));
+    const Positions expected = {{0, 0},   {10, 0},  {30, 0},  {40, 0}, {40, 10}, {40, 30},
+                                {40, 40}, {30, 40}, {10, 40}, {0, 40}, {5, 35},  {0, 10}};
+    EXPECT_EQ(positions(chain), expected);
     EXPECT_EQ(chain.points[9].curveOut, 1U);
     EXPECT_EQ(chain.points[0].curveIn, 1U);
     reorderAnchors(chain, {0, 3, 2, 1});

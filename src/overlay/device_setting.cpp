@@ -25,9 +25,13 @@ enum SettingKey {
 };
 
 /// Only True itself counts; hosts store these flags as bools.
-bool isTrue(PyObject *setting, SettingKey key) { return settingValue(setting, key) == Py_True; }
+bool isTrue(PyObject *setting, SettingKey key) {
+    return settingValue(setting, key) == Py_True;
+}
 
-bool storeFlag(PyObject *setting, SettingKey key, bool value) { return storeSetting(setting, key, PyBool_FromLong(value)); }
+bool storeFlag(PyObject *setting, SettingKey key, bool value) {
+    return storeSetting(setting, key, PyBool_FromLong(value));
+}
 
 /// A record of normalised points placed in a rectangle.
 void fillRecord(Quill::KeyFrameMaskInfo &record, std::vector<MPointF> points, const PixelRect &placement) {
@@ -83,15 +87,17 @@ PyObject *Orvanel::GetCurrentDevSetting() const {
     const TextureLockGuard lock(m_textureLock);
     PyRef owned = PyRef::adopt(PyDict_New());
     PyObject *const setting = owned.get();
-    const bool complete = setting && storeFlag(setting, kIsMask, m_isMask) && storeFlag(setting, kInverse, m_inverse) &&
-                          storeFlag(setting, kHide, m_hide) && storeSetting(setting, kFeathers, buildFeathers(m_feathers)) &&
-                          storeSetting(setting, kFeatherShifts, buildFeathers(m_featherShifts)) &&
-                          (m_isMask ? storeKeyFrames(setting) : storeSetting(setting, kOpenOutline, buildPointBytes(m_pointsF)));
+    const bool complete =
+        setting && storeFlag(setting, kIsMask, m_isMask) && storeFlag(setting, kInverse, m_inverse) &&
+        storeFlag(setting, kHide, m_hide) && storeSetting(setting, kFeathers, buildFeathers(m_feathers)) &&
+        storeSetting(setting, kFeatherShifts, buildFeathers(m_featherShifts)) &&
+        (m_isMask ? storeKeyFrames(setting) : storeSetting(setting, kOpenOutline, buildPointBytes(m_pointsF)));
     return complete ? owned.release() : nullptr;
 }
 
 bool Orvanel::storeKeyFrames(PyObject *setting) const {
-    PyRef list = PyRef::adopt(buildList(m_keyFrames, [](const KeyFrame &keyFrame) { return buildKeyFrame(*keyFrame.record); }));
+    PyRef list =
+        PyRef::adopt(buildList(m_keyFrames, [](const KeyFrame &keyFrame) { return buildKeyFrame(*keyFrame.record); }));
     if (!storeSetting(setting, kKeyFrames, list.release()))
         return false;
     if (m_keyFrames.empty())
@@ -140,17 +146,29 @@ void Orvanel::loadOpenOutline(PyObject *points) {
         m_points.push_back(placePoint(point, m_videoRect));
 }
 
-void Orvanel::SetDevSettingPoints(PyObject *list, std::vector<MPointF> &points) { appendPointTuples(list, points); }
+void Orvanel::SetDevSettingPoints(PyObject *list, std::vector<MPointF> &points) {
+    appendPointTuples(list, points);
+}
 
-void Orvanel::SetDevSettingPointsBuf(PyObject *bytes, std::vector<MPointF> &points) { readPointBytes(bytes, points); }
+void Orvanel::SetDevSettingPointsBuf(PyObject *bytes, std::vector<MPointF> &points) {
+    readPointBytes(bytes, points);
+}
 
-PyObject *Orvanel::GetFeathers() const { return buildFeathers(m_feathers); }
+PyObject *Orvanel::GetFeathers() const {
+    return buildFeathers(m_feathers);
+}
 
-void Orvanel::SetFeathers(PyObject *list) { readFeathers(list, m_feathers); }
+void Orvanel::SetFeathers(PyObject *list) {
+    readFeathers(list, m_feathers);
+}
 
-PyObject *Orvanel::GetFeatherShifts() const { return buildFeathers(m_featherShifts); }
+PyObject *Orvanel::GetFeatherShifts() const {
+    return buildFeathers(m_featherShifts);
+}
 
-void Orvanel::SetFeatherShifts(PyObject *list) { readFeathers(list, m_featherShifts); }
+void Orvanel::SetFeatherShifts(PyObject *list) {
+    readFeathers(list, m_featherShifts);
+}
 
 PyObject *Orvanel::GenerateSpecificKeyFrame(PyObject *first, PyObject *second, LONGLONG duration) {
     if (!first || !second || !PyDict_Check(first) || !PyDict_Check(second)) {

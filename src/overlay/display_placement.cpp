@@ -29,8 +29,9 @@ int Orvanel::SetVideoCoordinate(INT displayWidth, INT displayHeight, INT left, I
     const bool resized = newWidth != m_displayWidth || newHeight != m_displayHeight;
     if (!resized && videoRect == m_videoRect)
         return 1;
-    DiagLogPrint("Orvanel::SetVideoCoordinate DisplaySize=(%d,%d), Video left/top(DC)=(%d,%d), Video width/height(DC)=(%d,%d)",
-                 displayWidth, displayHeight, left, top, width, height);
+    DiagLogPrint(
+        "Orvanel::SetVideoCoordinate DisplaySize=(%d,%d), Video left/top(DC)=(%d,%d), Video width/height(DC)=(%d,%d)",
+        displayWidth, displayHeight, left, top, width, height);
     if (resized) {
         m_displayWidth = newWidth;
         m_displayHeight = newHeight;

@@ -7,9 +7,13 @@ namespace {
 thread_local EventQueue *innermost = nullptr;
 }
 
-EventQueue::EventQueue(const void *object) : m_object(object), m_outer(innermost) { innermost = this; }
+EventQueue::EventQueue(const void *object) : m_object(object), m_outer(innermost) {
+    innermost = this;
+}
 
-EventQueue::~EventQueue() { innermost = m_outer; }
+EventQueue::~EventQueue() {
+    innermost = m_outer;
+}
 
 EventQueue *EventQueue::current(const void *object) {
     for (EventQueue *queue = innermost; queue; queue = queue->m_outer) {
@@ -19,4 +23,6 @@ EventQueue *EventQueue::current(const void *object) {
     return nullptr;
 }
 
-std::vector<ECallBack_State> EventQueue::take() { return std::exchange(m_states, {}); }
+std::vector<ECallBack_State> EventQueue::take() {
+    return std::exchange(m_states, {});
+}

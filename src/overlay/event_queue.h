@@ -5,8 +5,8 @@
 
 #include "overlay/types/outline_points.h"
 
-/// Collects the events that one object raises on one thread while the scope lasts, so that they can be delivered after the
-/// texture lock has been left. Scopes nest: the innermost one of an object collects.
+/// Collects the events that one object raises on one thread while the scope lasts, so that they can be delivered after
+/// the texture lock has been left. Scopes nest: the innermost one of an object collects.
 class EventQueue {
   public:
     explicit EventQueue(const void *object);

@@ -3,14 +3,30 @@
 
 #include "overlay/orvanel.h"
 
-void FrameSource::lockTexture() { m_owner.LockTexture(); }
-void FrameSource::unlockTexture() { m_owner.UnlockTexture(); }
-bool FrameSource::tryLockTexture(std::uint32_t milliseconds) { return m_owner.TryLockTexture(milliseconds); }
-bool FrameSource::isVisible() const { return m_owner.IsVisible() != 0; }
-bool FrameSource::isPreviewMode() const { return m_owner.IsPreviewMode() != 0; }
-UINT FrameSource::bufferLength() const { return m_owner.GetBufferLen(); }
-bool FrameSource::isDirty() const { return m_owner.IsDirty(); }
-void FrameSource::resetDirtyFlag() { m_owner.ResetDirtyFlag(); }
+void FrameSource::lockTexture() {
+    m_owner.LockTexture();
+}
+void FrameSource::unlockTexture() {
+    m_owner.UnlockTexture();
+}
+bool FrameSource::tryLockTexture(std::uint32_t milliseconds) {
+    return m_owner.TryLockTexture(milliseconds);
+}
+bool FrameSource::isVisible() const {
+    return m_owner.IsVisible() != 0;
+}
+bool FrameSource::isPreviewMode() const {
+    return m_owner.IsPreviewMode() != 0;
+}
+UINT FrameSource::bufferLength() const {
+    return m_owner.GetBufferLen();
+}
+bool FrameSource::isDirty() const {
+    return m_owner.IsDirty();
+}
+void FrameSource::resetDirtyFlag() {
+    m_owner.ResetDirtyFlag();
+}
 
 LONGLONG FrameSource::closestKeyFramePosition(LONGLONG duration, IVideoTextureSyncer *syncer) const {
     return m_owner.GetClosestKeyFramePos(duration, syncer);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Mouse and key events: the dispatcher, and the release of the button.
 //
-// A gesture is press, moves, release. While an outline is being drawn, presses append anchors until one on the first anchor
-// closes it; from then on gestures edit: drag points, insert one on a segment, or select with a rubber band.
+// A gesture is press, moves, release. While an outline is being drawn, presses append anchors until one on the first
+// anchor closes it; from then on gestures edit: drag points, insert one on a segment, or select with a rubber band.
 
 #include "overlay/orvanel.h"
 

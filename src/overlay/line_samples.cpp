@@ -6,8 +6,8 @@
 #include "overlay/chain.h"
 
 void LineSamples::rebuild(const std::vector<MPoint> &outline, int density, int height) {
-    const HRESULT result = Quill::MaskHandler::GenAllPoints(outline.data(), static_cast<int>(outline.size()), density, height,
-                                                            &m_segments);
+    const HRESULT result = Quill::MaskHandler::GenAllPoints(outline.data(), static_cast<int>(outline.size()), density,
+                                                            height, &m_segments);
     // An outline of one point has no segment and is refused: what was sampled last stays, as the sampler leaves it.
     if (result == E_FAIL)
         return;
@@ -33,8 +33,10 @@ void LineSamples::rebuild(const std::vector<MPoint> &outline, int density, int h
 std::optional<LineSamples::Hit> LineSamples::find(std::int32_t x, std::int32_t y, std::int32_t tolerance) const {
     for (std::size_t segment = m_segments.size(); segment-- > 0;) {
         const Bounds &bounds = m_bounds[segment];
-        if (std::int64_t{x} < std::int64_t{bounds.left} - tolerance || std::int64_t{x} > std::int64_t{bounds.right} + tolerance ||
-            std::int64_t{y} < std::int64_t{bounds.top} - tolerance || std::int64_t{y} > std::int64_t{bounds.bottom} + tolerance)
+        if (std::int64_t{x} < std::int64_t{bounds.left} - tolerance ||
+            std::int64_t{x} > std::int64_t{bounds.right} + tolerance ||
+            std::int64_t{y} < std::int64_t{bounds.top} - tolerance ||
+            std::int64_t{y} > std::int64_t{bounds.bottom} + tolerance)
             continue;
         for (const MPoint &sample : m_segments[segment]) {
             if (isWithin(sample.x, sample.y, x, y, tolerance))

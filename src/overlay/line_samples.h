@@ -10,7 +10,8 @@
 /// The outline sampled along its segments, for finding the segment under the pointer.
 class LineSamples {
   public:
-    /// Resamples; `density` is the display width (a finer list on a wider display). Fewer than two points change nothing.
+    /// Resamples; `density` is the display width (a finer list on a wider display). Fewer than two points change
+    /// nothing.
     void rebuild(const std::vector<MPoint> &outline, int density, int height);
 
     struct Hit {

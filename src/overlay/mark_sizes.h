@@ -6,7 +6,17 @@
 
 /// The nine mark sizes in pixels: their order is that of the bases below.
 struct MarkSizes {
-    enum Mark { SpareA, SpareB, SelectedOuter, SelectedInner, HoverOuter, HoverInner, LineOuter, LineMiddle, LineInner };
+    enum Mark {
+        SpareA,
+        SpareB,
+        SelectedOuter,
+        SelectedInner,
+        HoverOuter,
+        HoverInner,
+        LineOuter,
+        LineMiddle,
+        LineInner
+    };
 
     /// At scale 1. The two spare sizes are kept and scaled for hosts that know of them; no drawing step reads them.
     static constexpr std::array<std::uint32_t, 9> kBase = {9, 4, 9, 7, 9, 3, 9, 7, 3};

@@ -12,7 +12,8 @@ namespace {
 
 constexpr const char *kTooShortText = "[Convert2Mask] Error! point size is not enough!!!";
 
-/// The outline in pixels of a mask of that size. Coordinates are truncated without the half that display placement adds.
+/// The outline in pixels of a mask of that size. Coordinates are truncated without the half that display placement
+/// adds.
 std::vector<MPoint> maskPoints(const std::vector<MPointF> &pointsF, int width, int height) {
     std::vector<MPoint> points;
     points.reserve(pointsF.size());
@@ -56,7 +57,8 @@ PyObject *Orvanel::Convert2SelectionLineUS(PyObject *size) const {
         const TextureLockGuard lock(m_textureLock);
         if (m_pointsF.size() < kFewestMaskPoints) {
             DiagLogPrint(kTooShortText);
-            // Without a reference of its own: hosts have been built around this count. Module initialisation provides for it.
+            // Without a reference of its own: hosts have been built around this count. Module initialisation provides
+            // for it.
             return Py_None;
         }
         int width = 0;
@@ -64,8 +66,8 @@ PyObject *Orvanel::Convert2SelectionLineUS(PyObject *size) const {
         // A malformed size leaves 0 x 0, and the interpreter's error for the caller to meet.
         parseIntPair(size, width, height);
         const std::vector<MPoint> points = maskPoints(m_pointsF, width, height);
-        const HRESULT result = ConvertPoints2MaskUS(points.data(), static_cast<int>(points.size()), 0, 0, width, height, false,
-                                                    nullptr, &runs);
+        const HRESULT result = ConvertPoints2MaskUS(points.data(), static_cast<int>(points.size()), 0, 0, width, height,
+                                                    false, nullptr, &runs);
         DiagLogPrint("[Orvanel::Convert2SelectionLineUS] ConvertPoints2MaskUS result = %d", static_cast<int>(result));
     }
     PyObject *const list = buildRunList(runs);

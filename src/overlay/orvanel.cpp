@@ -24,7 +24,9 @@ Orvanel::Orvanel() : m_frameSource(std::make_unique<FrameSource>(*this)) {
     startWorker();
 }
 
-Orvanel::~Orvanel() { Uninitialize(); }
+Orvanel::~Orvanel() {
+    Uninitialize();
+}
 
 int Orvanel::Uninitialize() {
     const PyAllowThreads allowThreads;
@@ -44,7 +46,9 @@ int Orvanel::SetCallbackFunc(PyObject *callable) {
     return 0;
 }
 
-void Orvanel::CallBack(ECallBack_State state) { Call("i", static_cast<int>(state)); }
+void Orvanel::CallBack(ECallBack_State state) {
+    Call("i", static_cast<int>(state));
+}
 
 void Orvanel::raise(ECallBack_State state) {
     if (EventQueue *const queue = EventQueue::current(this))
@@ -53,13 +57,17 @@ void Orvanel::raise(ECallBack_State state) {
         CallBack(state);
 }
 
-void Orvanel::LockTexture() { TextureLockGuard::enter(m_textureLock); }
+void Orvanel::LockTexture() {
+    TextureLockGuard::enter(m_textureLock);
+}
 
 bool Orvanel::TryLockTexture(std::uint32_t milliseconds) {
     return m_textureLock.try_lock_for(std::chrono::milliseconds(milliseconds));
 }
 
-void Orvanel::UnlockTexture() { m_textureLock.unlock(); }
+void Orvanel::UnlockTexture() {
+    m_textureLock.unlock();
+}
 
 void Orvanel::markEdited() {
     m_dirty = true;

@@ -4,8 +4,8 @@
 // The object that the host's Python interface makes for each video preview: the outline under edit, its keyframes, the
 // overlay picture, and the texture map for the host's renderer.
 //
-// Every operation that touches the outline, the keyframes or the drawing component holds m_textureLock; one that runs with
-// the interpreter lock held lets it go while it has to wait (TextureLockGuard). m_hoverLock may be taken inside
+// Every operation that touches the outline, the keyframes or the drawing component holds m_textureLock; one that runs
+// with the interpreter lock held lets it go while it has to wait (TextureLockGuard). m_hoverLock may be taken inside
 // m_textureLock, never the other way round. Results are 32-bit codes (S_OK, E_FAIL, ...) or 0/1; nothing is thrown.
 // Durations are 64-bit positions in the host's time unit. Pixels are display-surface pixels.
 
@@ -61,7 +61,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
 
     // --- Lifecycle and placement (orvanel.cpp, display_placement.cpp) ---
 
-    /// Replaces the texture map. Both Python objects may be null. 1 when its textures were made, else 0; the map is kept.
+    /// Replaces the texture map. Both Python objects may be null. 1 when its textures were made, else 0; the map is
+    /// kept.
     int Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureSyncer *syncer);
     /// Stops the worker; releases the texture map, the canvas and all keyframes. May run twice. 0.
     int Uninitialize();
@@ -77,7 +78,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     void LockTexture();
-    /// The same for a renderer's thread, which holds no interpreter lock; false when it took longer than `milliseconds`.
+    /// The same for a renderer's thread, which holds no interpreter lock; false when it took longer than
+    /// `milliseconds`.
     bool TryLockTexture(std::uint32_t milliseconds);
     void UnlockTexture();
     /// Hands a state to the host's callable.
@@ -178,7 +180,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
 
     // --- Masks (mask_conversion.cpp) ---
 
-    /// Stores the outline into the keyframe track. 1: every keyframe refreshed; 0: the current one stored; E_FAIL: too short.
+    /// Stores the outline into the keyframe track. 1: every keyframe refreshed; 0: the current one stored; E_FAIL: too
+    /// short.
     HRESULT Convert2Mask(bool refreshAll);
     /// List of (x, y, length) tuples, or None without a reference when the outline is too short.
     PyObject *Convert2SelectionLineUS(PyObject *size) const;
@@ -195,7 +198,6 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
         std::int64_t duration;
         std::unique_ptr<Quill::KeyFrameMaskInfo> record; ///< never null
     };
-
 
     // Events: delivered where they are raised, or collected while Interactive runs on this thread.
     void raise(ECallBack_State state);
@@ -261,13 +263,13 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     std::vector<MPoint> m_points;
     std::vector<MPointF> m_pointsF;
     LineSamples m_lineSamples; ///< one list a segment, for hovering
-    PixelRect m_videoRect;        ///< where the video picture lies on the display surface
+    PixelRect m_videoRect;     ///< where the video picture lies on the display surface
     std::vector<KeyFrame> m_keyFrames;
     std::uint32_t m_maskDataCount = 0;
     std::vector<std::uint16_t> m_maskData;
     std::uint32_t m_displayWidth = 0;
     std::uint32_t m_displayHeight = 0;
-    std::uint32_t m_stride = 0;               ///< bytes
+    std::uint32_t m_stride = 0;                ///< bytes
     std::atomic<std::uint32_t> m_bufferLen{0}; ///< bytes
     PixelRect m_updateRect;
     HoverPoint m_hover; ///< written under both locks, so that holding either is enough to read it
@@ -294,14 +296,15 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     PixelRect m_dirtyRect;
     Centroid m_centroid; ///< guarded by m_hoverLock
     platform::ComPointer<OverlayCanvas> m_canvas;
-    mutable platform::ReentrantLock m_textureLock; ///< the outline, the keyframes, the canvas and its buffer
+    mutable platform::ReentrantLock m_textureLock;   ///< the outline, the keyframes, the canvas and its buffer
     std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
     std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
     std::unique_ptr<FrameSource> m_frameSource;
     platform::ComPointer<PyMapWrapper> m_mapWrapper; ///< exchanged under m_textureLock
     std::array<std::int64_t, 4> m_videoInfo{};
 
-    std::shared_ptr<WorkerBlock> m_worker; ///< shared with the worker thread, which may outlive the object by one delivery
+    /// Shared with the worker thread, which may outlive the object by one delivery.
+    std::shared_ptr<WorkerBlock> m_worker;
     std::thread m_workerThread;
     std::thread::id m_workerId; ///< also after the thread has been detached
 

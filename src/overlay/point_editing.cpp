@@ -91,7 +91,8 @@ int Orvanel::SelectAllPoints() {
 }
 
 void Orvanel::clampMove(INT &dx, INT &dy) const {
-    clampMoveToDisplay(m_points, static_cast<std::int32_t>(m_displayWidth), static_cast<std::int32_t>(m_displayHeight), dx, dy);
+    clampMoveToDisplay(m_points, static_cast<std::int32_t>(m_displayWidth), static_cast<std::int32_t>(m_displayHeight),
+                       dx, dy);
 }
 
 int Orvanel::MoveAllPoints(INT dx, INT dy) {
@@ -110,7 +111,8 @@ int Orvanel::MoveAllPoints(INT dx, INT dy) {
 HRESULT Orvanel::MovePoints(const std::vector<unsigned int> &indices, INT x, INT y) {
     const TextureLockGuard lock(m_textureLock);
     MPoint reference;
-    if (m_hover.type == kHoverPoint && m_hover.index >= 0 && static_cast<std::size_t>(m_hover.index) < m_points.size()) {
+    if (m_hover.type == kHoverPoint && m_hover.index >= 0 &&
+        static_cast<std::size_t>(m_hover.index) < m_points.size()) {
         reference = m_points[static_cast<std::size_t>(m_hover.index)];
     } else if (m_hover.type == kHoverLine) {
         const std::lock_guard hoverLock(m_hoverLock);

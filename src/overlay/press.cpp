@@ -10,7 +10,9 @@ namespace {
 /// The fewest points of an open outline that a press on its first anchor closes: three anchors.
 constexpr std::size_t kFewestPointsToClose = 7;
 
-HoverPoint overPoint(std::size_t index) { return {kHoverPoint, static_cast<std::int32_t>(index), CONST_DEFAULT_IDX, {}}; }
+HoverPoint overPoint(std::size_t index) {
+    return {kHoverPoint, static_cast<std::int32_t>(index), CONST_DEFAULT_IDX, {}};
+}
 
 /// A press with the shift key down continues horizontally or vertically from the last point; a tie is vertical.
 MPoint snapToAxis(const MPoint &position, const MPoint &last) {
@@ -38,7 +40,8 @@ HRESULT Orvanel::handlePress(const MPoint &position) {
 }
 
 HRESULT Orvanel::pressWhileDrawing(const MPoint &position) {
-    const bool closes = m_points.size() >= kFewestPointsToClose && hitTestAnchor(m_points, position.x, position.y) == 0U;
+    const bool closes =
+        m_points.size() >= kFewestPointsToClose && hitTestAnchor(m_points, position.x, position.y) == 0U;
     if (!closes) {
         const bool snaps = m_shiftPressed && !m_points.empty();
         const MPoint anchor = snaps ? snapToAxis(position, m_points.back()) : position;

@@ -64,7 +64,9 @@ std::vector<Quill::MaskRunF> readRunList(PyObject *list) {
     return runs;
 }
 
-PyObject *buildRunList(const std::vector<Quill::MaskRunF> &runs) { return buildList(runs, buildRun); }
+PyObject *buildRunList(const std::vector<Quill::MaskRunF> &runs) {
+    return buildList(runs, buildRun);
+}
 
 PyObject *buildPointBytes(const std::vector<MPointF> &points) {
     return PyString_FromStringAndSize(points.empty() ? "" : reinterpret_cast<const char *>(points.data()),
@@ -74,7 +76,8 @@ PyObject *buildPointBytes(const std::vector<MPointF> &points) {
 PyObject *buildPointTuples(const std::vector<MPointF> &points) {
     return buildList(points, [](const MPointF &point) {
         return Py_BuildValue("(f,f,i,i,i)", static_cast<double>(point.x), static_cast<double>(point.y),
-                             static_cast<int>(point.type), static_cast<int>(point.curveIn), static_cast<int>(point.curveOut));
+                             static_cast<int>(point.type), static_cast<int>(point.curveIn),
+                             static_cast<int>(point.curveOut));
     });
 }
 

@@ -5,8 +5,8 @@
 
 #include "overlay/orvanel.h"
 
-#include "overlay/texture_lock_guard.h"
 #include "callback/python.h"
+#include "overlay/texture_lock_guard.h"
 #include "platform/png_file.h"
 #include "support/diag_log.h"
 

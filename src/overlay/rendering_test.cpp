@@ -44,9 +44,9 @@ TEST_F(Rendering, OutlineComesBeforeHoverAndSelection) {
     object.SelectAllPoints();
     object.ReDraw();
     EXPECT_EQ(canvas.take(),
-              (Lines{"clear", kTriangle, "marker 20 20 9 FF4AE1E1", "marker 20 20 3 FF000000", "marker 20 20 9 FF000000",
-                     "marker 20 20 7 FF4AE1E1", "marker 120 20 9 FF000000", "marker 120 20 7 FF4AE1E1",
-                     "marker 120 80 9 FF000000", "marker 120 80 7 FF4AE1E1"}));
+              (Lines{"clear", kTriangle, "marker 20 20 9 FF4AE1E1", "marker 20 20 3 FF000000",
+                     "marker 20 20 9 FF000000", "marker 20 20 7 FF4AE1E1", "marker 120 20 9 FF000000",
+                     "marker 120 20 7 FF4AE1E1", "marker 120 80 9 FF000000", "marker 120 80 7 FF4AE1E1"}));
 }
 
 TEST_F(Rendering, OpenOutlineIsDrawnWithoutTheMaskFlag) {
@@ -83,8 +83,9 @@ TEST_F(Rendering, SelectionRectangleNeedsWidthAndHeight) {
     EXPECT_EQ(canvas.take(), Lines{});
     object.Interactive(ECS_MOUSE_MOVE, 110, 10);
     object.DrawSelectedRegion();
-    EXPECT_EQ(canvas.take(), (Lines{"region 110 10 70 80 FF257BC9 8065A5E2", "marker 120 20 9 FF000000",
-                                    "marker 120 20 7 FF4AE1E1", "marker 120 80 9 FF000000", "marker 120 80 7 FF4AE1E1"}));
+    EXPECT_EQ(canvas.take(),
+              (Lines{"region 110 10 70 80 FF257BC9 8065A5E2", "marker 120 20 9 FF000000", "marker 120 20 7 FF4AE1E1",
+                     "marker 120 80 9 FF000000", "marker 120 80 7 FF4AE1E1"}));
 }
 
 TEST_F(Rendering, StaleSelectedIndexIsSkipped) {

@@ -21,9 +21,9 @@ struct RunBitmap {
 
 /// Draws runs, whose column and length are fractions of the width and whose row is one of the height.
 ///
-/// Positions are those of fitting::spanOfRun: a row starts at row x width, not at row x stride, and a run that ends with the
-/// last pixel is left out. Readers of these pictures have always seen them so.
-/// A size that is not positive or that exceeds 2^31 - 1 bytes gives a picture without pixels.
+/// Positions are those of fitting::spanOfRun: a row starts at row x width, not at row x stride, and a run that ends
+/// with the last pixel is left out. Readers of these pictures have always seen them so. A size that is not positive or
+/// that exceeds 2^31 - 1 bytes gives a picture without pixels.
 RunBitmap drawRunBitmap(std::span<const Quill::MaskRunF> runs, int width, int height);
 
 } // namespace overlay

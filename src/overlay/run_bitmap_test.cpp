@@ -47,7 +47,9 @@ TEST(RunBitmap, ColumnPastTheWidthIsEmpty) {
     EXPECT_EQ(drawn({1.5F, 0.0F, 0.5F}), "........|........|........");
 }
 
-TEST(RunBitmap, RunIsCutAtTheRightEdge) { EXPECT_EQ(drawn({0.75F, 0.0F, 0.75F}), "......##|........|........"); }
+TEST(RunBitmap, RunIsCutAtTheRightEdge) {
+    EXPECT_EQ(drawn({0.75F, 0.0F, 0.75F}), "......##|........|........");
+}
 
 TEST(RunBitmap, RowsOutsideAreNotDrawn) {
     EXPECT_EQ(drawn({0.0F, -1.0F, 1.0F}), "........|........|........");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The shift key while a handle is dragged: the handle on the anchor's other side mirrors it, and goes back when the key is
-// let go.
+// The shift key while a handle is dragged: the handle on the anchor's other side mirrors it, and goes back when the key
+// is let go.
 
 #include "overlay/orvanel.h"
 #include "overlay/texture_lock_guard.h"
@@ -41,7 +41,8 @@ void Orvanel::mirrorOppositeHandle(TwinUpdate update) {
 }
 
 void Orvanel::restoreOppositeHandle() {
-    const auto opposite = m_hover.index < 0 ? std::nullopt : oppositeHandle(m_points, static_cast<std::size_t>(m_hover.index));
+    const auto opposite =
+        m_hover.index < 0 ? std::nullopt : oppositeHandle(m_points, static_cast<std::size_t>(m_hover.index));
     if (!opposite)
         return;
     m_points[opposite->handle] = m_savedHandle;

@@ -4,8 +4,8 @@
 #include "callback/py_locks.h"
 #include "platform/reentrant_lock.h"
 
-/// Takes the texture lock for a scope without ever blocking on it while holding the interpreter lock: whoever has it may
-/// be about to ask for the interpreter lock. Without contention nothing is released.
+/// Takes the texture lock for a scope without ever blocking on it while holding the interpreter lock: whoever has it
+/// may be about to ask for the interpreter lock. Without contention nothing is released.
 class TextureLockGuard {
   public:
     explicit TextureLockGuard(platform::ReentrantLock &lock) : m_lock(lock) { enter(lock); }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The texture map that the host's renderer pulls the overlay from: made, replaced, released.
 //
-// m_mapWrapper is exchanged under m_textureLock; ending a map happens outside of it, since that waits for a refresh, and a
-// refresh takes the lock.
+// m_mapWrapper is exchanged under m_textureLock; ending a map happens outside of it, since that waits for a refresh,
+// and a refresh takes the lock.
 
 #include "callback/py_locks.h"
 #include "overlay/frame_source.h"
@@ -30,7 +30,9 @@ platform::ComPointer<PyMapWrapper> Orvanel::exchangeTextureMap(platform::ComPoin
     return map;
 }
 
-void Orvanel::releaseTextureMap() { endMap(exchangeTextureMap({})); }
+void Orvanel::releaseTextureMap() {
+    endMap(exchangeTextureMap({}));
+}
 
 int Orvanel::Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureSyncer *syncer) {
     const PyAllowThreads allowThreads;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// What the peer module, which SWIG builds, offers to tests of the shared type registry: objects of every registered type,
-// subclasses of some, and functions that take the types back.
+// What the peer module, which SWIG builds, offers to tests of the shared type registry: objects of every registered
+// type, subclasses of some, and functions that take the types back.
 
 #include <cstdint>
 #include <vector>
@@ -64,10 +64,22 @@ T *unfollowed() {
 }
 
 /// A carrier without ownership.
-inline Orvanel *orvanelAt(std::uint64_t address) { return reinterpret_cast<Orvanel *>(static_cast<std::uintptr_t>(address)); }
+inline Orvanel *orvanelAt(std::uint64_t address) {
+    return reinterpret_cast<Orvanel *>(static_cast<std::uintptr_t>(address));
+}
 
-inline std::uint64_t addressOf(const Orvanel *object) { return reinterpret_cast<std::uintptr_t>(object); }
-inline std::uint64_t addressOf(const Quill::KeyFrameMaskInfo *record) { return reinterpret_cast<std::uintptr_t>(record); }
-inline std::uint64_t addressOf(const unsigned char *bytes) { return reinterpret_cast<std::uintptr_t>(bytes); }
-inline std::uint64_t addressOf(const loom::IAllocator *allocator) { return reinterpret_cast<std::uintptr_t>(allocator); }
-inline std::int64_t pointCount(const Quill::KeyFrameMaskInfo *record) { return static_cast<std::int64_t>(record->points.size()); }
+inline std::uint64_t addressOf(const Orvanel *object) {
+    return reinterpret_cast<std::uintptr_t>(object);
+}
+inline std::uint64_t addressOf(const Quill::KeyFrameMaskInfo *record) {
+    return reinterpret_cast<std::uintptr_t>(record);
+}
+inline std::uint64_t addressOf(const unsigned char *bytes) {
+    return reinterpret_cast<std::uintptr_t>(bytes);
+}
+inline std::uint64_t addressOf(const loom::IAllocator *allocator) {
+    return reinterpret_cast<std::uintptr_t>(allocator);
+}
+inline std::int64_t pointCount(const Quill::KeyFrameMaskInfo *record) {
+    return static_cast<std::int64_t>(record->points.size());
+}

@@ -22,7 +22,9 @@ const auto *const environment = testing::AddGlobalTestEnvironment(new PythonEnvi
 
 using Random = std::mt19937;
 
-int pick(Random &random, int least, int greatest) { return std::uniform_int_distribution(least, greatest)(random); }
+int pick(Random &random, int least, int greatest) {
+    return std::uniform_int_distribution(least, greatest)(random);
+}
 
 std::chrono::milliseconds duration() {
     return std::getenv("ORVANEL_LONG_TESTS") ? std::chrono::seconds(60) : std::chrono::seconds(2);
@@ -75,6 +77,7 @@ void callOnce(Orvanel &object, Random &random, IVideoTextureSyncer &syncer) {
     const auto use = [](PyObject *result) { Py_XDECREF(result); };
     const LONGLONG time = pick(random, 0, 40) * 25;
     switch (pick(random, 0, 26)) {
+    // clang-format off
     case 0: use(object.GetCurrentPoints()); break;
     case 1: use(object.GetCurrentDevSetting()); break;
     case 2: use(object.GetKeyFrameDurationList()); break;
@@ -99,6 +102,7 @@ void callOnce(Orvanel &object, Random &random, IVideoTextureSyncer &syncer) {
     case 21: delete object.GetKeyFrameMaskInfo(time); break;
     case 22: object.SetPreviewMode(pick(random, 0, 1) == 1); object.SetHide(pick(random, 0, 1) == 1); break;
     case 23: object.SetVideoInfo(0, 0, 0, 2000); object.ResetDirtyFlag(); object.ResetNewMask(); break;
+    // clang-format on
     case 24: {
         const PyRef setting = PyRef::adopt(object.GetCurrentDevSetting());
         object.SetDevSetting(setting.get());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// _debug_output: what this process sends to the debugger, for tests in Python, and a registry of its own for the switches.
+// _debug_output: what this process sends to the debugger, for tests in Python, and a registry of its own for the
+// switches.
 //
 //   set_switches(dump, event_trace)    from here on this process has a HKEY_LOCAL_MACHINE of its own, with these two
 //   remove_key()                       the switches' key is gone

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The texture map on the system's own Direct3D 9: made, written, refreshed, bound and drawn, and every pixel read back; by
-// itself, and in an object that somebody edits.
+// The texture map on the system's own Direct3D 9: made, written, refreshed, bound and drawn, and every pixel read back;
+// by itself, and in an object that somebody edits.
 
 #include <cstring>
 #include <vector>

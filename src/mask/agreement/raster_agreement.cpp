@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Draws seeded outlines with the platform's rasterizer and with the portable engine, and says how many pixels differ and
-// where. For people with a real Windows machine: there the two should not differ at all.
+// Draws seeded outlines with the platform's rasterizer and with the portable engine, and says how many pixels differ
+// and where. For people with a real Windows machine: there the two should not differ at all.
 //
 //   raster_agreement [--count N] [--seed N] [--tolerance PIXELS] [--stray N]
 //
 // Polygons and axis-parallel outlines must agree to the pixel. Curves may differ within `tolerance` pixels of the
-// figure's edges (default 0; Wine rounds the vertices of curves to whole pixels and needs 3). Exit code 0 when they do, 1 when they
-// do not, 2 when the arguments make no sense or the platform has no rasterizer of its own.
+// figure's edges (default 0; Wine rounds the vertices of curves to whole pixels and needs 3). Exit code 0 when they do,
+// 1 when they do not, 2 when the arguments make no sense or the platform has no rasterizer of its own.
 
 #include <algorithm>
 #include <cmath>
@@ -81,8 +81,8 @@ class Picture {
     std::vector<std::uint8_t> m_bytes;
 };
 
-/// The figure's edges, flattened as if nothing of it were off the surface. Distances are taken from them and not from the
-/// pixels of a mask, where two edges that enclose no pixel leave no trace.
+/// The figure's edges, flattened as if nothing of it were off the surface. Distances are taken from them and not from
+/// the pixels of a mask, where two edges that enclose no pixel leave no trace.
 class Edges {
   public:
     Edges(Figure figure, const std::vector<MPoint> &points) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The platform's rasterizer through the routines that use it. Figures with straight edges only: there every version of it
-// draws the same pixels. What curves do is raster_agreement's business.
+// The platform's rasterizer through the routines that use it. Figures with straight edges only: there every version of
+// it draws the same pixels. What curves do is raster_agreement's business.
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,11 @@ TEST(NativeEngine, EncodersReadTheSurfaceItFilled) {
     for (int i = 0, count = test::iterations(100); i < count; ++i) {
         const auto points = test::randomOutline(random, OutlineKind::Grid, random.between(3, 8), 60, 40);
         const auto exclusion = test::randomExclusion(random, 60, 40);
-        const EncodeJob job{points.data(), static_cast<int>(points.size()), 60, 40, random.oneIn(2),
+        const EncodeJob job{points.data(),
+                            static_cast<int>(points.size()),
+                            60,
+                            40,
+                            random.oneIn(2),
                             random.oneIn(2) ? exclusion.data() : nullptr};
         const auto &a = encodeRuns({native, EncodeRoute::Surface, RasterEngine::Native}, job);
         const auto &b = encodeRuns({portable, EncodeRoute::Direct, RasterEngine::Portable}, job);

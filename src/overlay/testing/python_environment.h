@@ -22,7 +22,8 @@ class PythonEnvironment : public testing::Environment {
 /// A Python list that is called: it remembers the codes it was given.
 class EventList {
   public:
-    EventList() : m_list(PyRef::adopt(PyList_New(0))), m_append(PyRef::adopt(PyObject_GetAttrString(m_list.get(), "append"))) {}
+    EventList()
+        : m_list(PyRef::adopt(PyList_New(0))), m_append(PyRef::adopt(PyObject_GetAttrString(m_list.get(), "append"))) {}
 
     PyObject *callable() const { return m_append.get(); }
     /// The codes received since the last call.

@@ -33,7 +33,8 @@ class RecordingCanvas final : public BareCanvas {
         note("marker", point.x, point.y, size, argb(color));
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) override {
+    HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border,
+                                         const CanvasColor &fill) override {
         note("region", rect.left, rect.top, rect.width, rect.height, argb(border), argb(fill));
         return S_OK;
     }
@@ -62,7 +63,8 @@ class RecordingCanvas final : public BareCanvas {
     }
     static std::string argb(const CanvasColor &color) {
         std::ostringstream text;
-        text << std::hex << std::uppercase << ((color.alpha << 24U) | (color.red << 16U) | (color.green << 8U) | color.blue);
+        text << std::hex << std::uppercase
+             << ((color.alpha << 24U) | (color.red << 16U) | (color.green << 8U) | color.blue);
         return text.str();
     }
     template <typename... Arguments>

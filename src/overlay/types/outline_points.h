@@ -6,9 +6,9 @@
 // Field order and widths are part of the boundary: records cross it by pointer and, as byte strings, bit for bit.
 //
 // Outline layout: one flat sequence anchor, control, control, anchor, control, control, ... Between two consecutive
-// anchors stand exactly two control points: the first leaves the earlier anchor, the second arrives at the later one. An
-// open outline of n anchors holds 3n - 2 points, a closed one 3n; the last two controls of a closed outline belong to the
-// segment from the last anchor back to the first. Neighbour look-ups wrap around.
+// anchors stand exactly two control points: the first leaves the earlier anchor, the second arrives at the later one.
+// An open outline of n anchors holds 3n - 2 points, a closed one 3n; the last two controls of a closed outline belong
+// to the segment from the last anchor back to the first. Neighbour look-ups wrap around.
 
 #include <cstdint>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The drawing component's interface. Its method table has 40 positions of which the editor uses eight; the others belong
-// to the component. No destructor stands in the table: the component is destroyed by Release.
+// The drawing component's interface. Its method table has 40 positions of which the editor uses eight; the others
+// belong to the component. No destructor stands in the table: the component is destroyed by Release.
 //
 // Structures are passed by reference, which is also what the 64-bit Windows calling convention does with structures of
 // these sizes passed by value, so both readings of the table are the same call.
@@ -10,7 +10,8 @@
 #include "overlay/types/outline_points.h"
 #include "platform/win_types.h"
 
-/// A colour as four bytes in memory: blue, green, red, alpha (0xAARRGGBB as a little-endian 32-bit value). Straight alpha.
+/// A colour as four bytes in memory: blue, green, red, alpha (0xAARRGGBB as a little-endian 32-bit value). Straight
+/// alpha.
 struct CanvasColor {
     std::uint8_t blue = 0;
     std::uint8_t green = 0;
@@ -19,8 +20,8 @@ struct CanvasColor {
 
     /// From 0xAARRGGBB.
     static constexpr CanvasColor fromArgb(std::uint32_t argb) {
-        return {static_cast<std::uint8_t>(argb), static_cast<std::uint8_t>(argb >> 8), static_cast<std::uint8_t>(argb >> 16),
-                static_cast<std::uint8_t>(argb >> 24)};
+        return {static_cast<std::uint8_t>(argb), static_cast<std::uint8_t>(argb >> 8),
+                static_cast<std::uint8_t>(argb >> 16), static_cast<std::uint8_t>(argb >> 24)};
     }
     friend bool operator==(const CanvasColor &, const CanvasColor &) = default;
 };
@@ -38,9 +39,11 @@ struct OutlineStyle {
 static_assert(sizeof(CanvasColor) == 4 && sizeof(OutlineStyle) == 16);
 
 /// Class {5C858487-D7C2-4EA5-906F-7F3E53ABDB08} of the drawing component.
-inline constexpr GUID CLSID_OverlayCanvas = {0x5C858487, 0xD7C2, 0x4EA5, {0x90, 0x6F, 0x7F, 0x3E, 0x53, 0xAB, 0xDB, 0x08}};
+inline constexpr GUID CLSID_OverlayCanvas = {
+    0x5C858487, 0xD7C2, 0x4EA5, {0x90, 0x6F, 0x7F, 0x3E, 0x53, 0xAB, 0xDB, 0x08}};
 /// Interface {E4CB67F2-3F13-4FB4-AD0A-18271C10FBCE}.
-inline constexpr GUID IID_OverlayCanvas = {0xE4CB67F2, 0x3F13, 0x4FB4, {0xAD, 0x0A, 0x18, 0x27, 0x1C, 0x10, 0xFB, 0xCE}};
+inline constexpr GUID IID_OverlayCanvas = {
+    0xE4CB67F2, 0x3F13, 0x4FB4, {0xAD, 0x0A, 0x18, 0x27, 0x1C, 0x10, 0xFB, 0xCE}};
 
 /// Holds the 32-bit overlay surface and draws on it. Not thread-safe: the caller serialises (m_textureLock).
 struct OverlayCanvas : public IUnknown {
@@ -68,13 +71,14 @@ struct OverlayCanvas : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE Reserved22() = 0;
     virtual HRESULT STDMETHODCALLTYPE Reserved23() = 0;
     /// 24: draws the outline, filled when `isMask` is set; `sizeScale` multiplies line widths and marks.
-    virtual HRESULT STDMETHODCALLTYPE DrawOutline(const MPoint *points, INT count, const OutlineStyle &style, BYTE isMask,
-                                                  float sizeScale) = 0;
+    virtual HRESULT STDMETHODCALLTYPE DrawOutline(const MPoint *points, INT count, const OutlineStyle &style,
+                                                  BYTE isMask, float sizeScale) = 0;
     virtual HRESULT STDMETHODCALLTYPE Reserved25() = 0;
     /// 26: draws a marker of `size` pixels centred on the point.
     virtual HRESULT STDMETHODCALLTYPE DrawMarker(const MPoint &point, UINT size, const CanvasColor &color) = 0;
     /// 27: draws the selection rectangle.
-    virtual HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) = 0;
+    virtual HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border,
+                                                 const CanvasColor &fill) = 0;
     virtual HRESULT STDMETHODCALLTYPE Reserved28() = 0;
     /// 29: makes the whole surface transparent (all bytes 0).
     virtual HRESULT STDMETHODCALLTYPE Clear() = 0;

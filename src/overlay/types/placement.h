@@ -30,12 +30,20 @@ inline float normaliseCoordinate(std::int32_t pixel, std::int32_t extent, std::i
 
 /// The pixel point of a normalised one: type and curve flags copied, handle hidden.
 inline MPoint placePoint(const MPointF &point, const PixelRect &rect) {
-    return {point.type,     placeCoordinate(point.x, rect.width, rect.left), placeCoordinate(point.y, rect.height, rect.top),
-            point.curveIn, point.curveOut, 0};
+    return {point.type,
+            placeCoordinate(point.x, rect.width, rect.left),
+            placeCoordinate(point.y, rect.height, rect.top),
+            point.curveIn,
+            point.curveOut,
+            0};
 }
 
 /// The normalised twin of a pixel point, all flags copied.
 inline MPointF normalisePoint(const MPoint &point, const PixelRect &rect) {
-    return {point.type,     normaliseCoordinate(point.x, rect.width, rect.left),
-            normaliseCoordinate(point.y, rect.height, rect.top), point.curveIn, point.curveOut, point.handleShown};
+    return {point.type,
+            normaliseCoordinate(point.x, rect.width, rect.left),
+            normaliseCoordinate(point.y, rect.height, rect.top),
+            point.curveIn,
+            point.curveOut,
+            point.handleShown};
 }

@@ -41,8 +41,8 @@ HBITMAP fail(std::uint32_t error) {
     return nullptr;
 }
 
-// An overlay is drawn in short spans, each in another page: on a large surface, finding the pages takes longer than drawing.
-// With pages of 2 MB it does not. A system without them says no, and nothing is lost.
+// An overlay is drawn in short spans, each in another page: on a large surface, finding the pages takes longer than
+// drawing. With pages of 2 MB it does not. A system without them says no, and nothing is lost.
 void askForLargePages([[maybe_unused]] void *memory, [[maybe_unused]] std::size_t bytes) {
 #ifdef MADV_HUGEPAGE
     constexpr std::uintptr_t kLargePage = 2U << 20;

@@ -3,9 +3,13 @@
 
 namespace platform {
 
-bool hasNativeRaster() { return false; }
+bool hasNativeRaster() {
+    return false;
+}
 void nativeFillPolygon(const MaskSurface &, const PixelPoint *, int) {}
 void nativeFillBeziers(const MaskSurface &, const PixelPoint *, int) {}
-bool nativeFlattenBezier(const PixelPoint (&)[4], float, std::vector<PixelPoint> &) { return false; }
+bool nativeFlattenBezier(const PixelPoint (&)[4], float, std::vector<PixelPoint> &) {
+    return false;
+}
 
 } // namespace platform

@@ -24,12 +24,13 @@ using Graphics = UniqueHandle<Gdiplus::GpGraphics *, &releaseGraphics>;
 using SolidBrush = UniqueHandle<Gdiplus::GpSolidFill *, &releaseBrush>;
 using Path = UniqueHandle<Gdiplus::GpPath *, &releasePath>;
 
-/// A cleared surface with everything needed to fill on it. Not ready when GDI+ refuses the surface: nothing is drawn then.
+/// A cleared surface with everything needed to fill on it. Not ready when GDI+ refuses the surface: nothing is drawn
+/// then.
 struct Drawing {
     explicit Drawing(const MaskSurface &surface) {
         if (!startGdiplus() ||
-            flat::GdipCreateBitmapFromScan0(surface.width, surface.height, surface.stride, PixelFormat24bppRGB, surface.bits,
-                                            bitmap.put()) != Gdiplus::Ok ||
+            flat::GdipCreateBitmapFromScan0(surface.width, surface.height, surface.stride, PixelFormat24bppRGB,
+                                            surface.bits, bitmap.put()) != Gdiplus::Ok ||
             flat::GdipGetImageGraphicsContext(bitmap.get(), graphics.put()) != Gdiplus::Ok ||
             flat::GdipCreateSolidFill(kFillColour, brush.put()) != Gdiplus::Ok)
             return;
