@@ -36,7 +36,7 @@ constexpr std::int32_t kDotSpan = INT32_MIN;
 // Sixteen megabytes. An outline around a 4K picture makes some ten thousand.
 constexpr std::size_t kMostSpans = 1 << 20;
 // Rows between asking for a row's pixels and drawing on them.
-constexpr int kRowsAhead = 8;
+constexpr int kRowsAhead = 16;
 
 // Distances in the lanes: 16 bits then hold twice the reach.
 constexpr int kLaneFraction = 6;

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "platform/prefetch.h"
 #include "support/dib_surface.h"
 
 namespace canvas {
@@ -10,6 +11,8 @@ namespace {
 
 // Pixels cleared at once. What lies behind a span is cleared with it: either it is transparent already or it will be.
 constexpr std::size_t kBlock = 8;
+// Spans between asking for a span's pixels and clearing them.
+constexpr std::ptrdiff_t kSpansAhead = 16;
 
 } // namespace
 
@@ -38,7 +41,10 @@ void Surface::clear() {
     if (m_allTouched) {
         std::memset(m_pixels, 0, byteCount());
     } else {
+        const Span *const spansEnd = m_touched.end();
         for (const Span &span : m_touched) {
+            if (spansEnd - &span > kSpansAhead)
+                platform::prefetch(m_pixels + (&span)[kSpansAhead].first);
             Pixel *pixels = m_pixels + span.first;
             if (span.count > 4 * kBlock || span.first + span.count + kBlock > all) {
                 std::memset(pixels, 0, span.count * sizeof(Pixel));
