@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
 # Everything that decides how a source of ours is compiled: warnings, floating point, sanitizers, coverage, compiler cache.
-# Sources of others (GoogleTest) get the sanitizers too, but not the warnings.
+# Sources of others (GoogleTest, generated ones) get the sanitizers of memory and threads too, but not what is theirs to mend.
 
 include_guard(GLOBAL)
 
-set(ORVANEL_SANITIZER "" CACHE STRING "Empty, address, thread or undefined")
+set(ORVANEL_SANITIZER "" CACHE STRING "Empty, thread, address, undefined or the list of the last two")
 option(ORVANEL_COVERAGE "Count executed lines (gcov)" OFF)
 option(ORVANEL_FUZZ "Build the fuzzers (clang's libFuzzer with the address sanitizer)" OFF)
 
@@ -18,7 +18,8 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 # The cache is shared between work trees: paths below the source tree count as relative, the build folder's name not at all.
 find_program(ORVANEL_CCACHE ccache)
 if(ORVANEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(launcher env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${ORVANEL_CCACHE}")
+    # The sloppiness is what a precompiled header needs: its compiler cannot say which macros and times it read.
+    set(launcher env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros "${ORVANEL_CCACHE}")
     set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
     set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
@@ -36,17 +37,25 @@ else()
     add_compile_options("-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 endif()
 
-if(ORVANEL_SANITIZER STREQUAL "address")
-    set(sanitize -fsanitize=address -fsanitize-address-use-after-scope)
-elseif(ORVANEL_SANITIZER STREQUAL "thread")
-    set(sanitize -fsanitize=thread)
-elseif(ORVANEL_SANITIZER STREQUAL "undefined")
-    # A report ends the program: a test that prints one and passes would be no test.
-    # Division of a float by zero is left out: IEEE 754 defines it, and a placement without size needs its result.
-    set(sanitize -fsanitize=undefined -fsanitize=float-cast-overflow -fno-sanitize-recover=all)
-elseif(ORVANEL_SANITIZER)
-    message(FATAL_ERROR "ORVANEL_SANITIZER is '${ORVANEL_SANITIZER}': address, thread and undefined are known")
-endif()
+set(ORVANEL_SANITIZER_LIBRARIES)
+set(ORVANEL_FOREIGN_OPTIONS -w)
+foreach(sanitizer IN LISTS ORVANEL_SANITIZER)
+    if(sanitizer STREQUAL "address")
+        list(APPEND sanitize -fsanitize=address -fsanitize-address-use-after-scope)
+        list(APPEND ORVANEL_SANITIZER_LIBRARIES libasan.so)
+    elseif(sanitizer STREQUAL "thread")
+        list(APPEND sanitize -fsanitize=thread)
+        list(APPEND ORVANEL_SANITIZER_LIBRARIES libtsan.so)
+    elseif(sanitizer STREQUAL "undefined")
+        # A report ends the program: a test that prints one and passes would be no test.
+        # Division of a float by zero is left out: IEEE 754 defines it, and a placement without size needs its result.
+        list(APPEND sanitize -fsanitize=undefined -fsanitize=float-cast-overflow -fno-sanitize-recover=all)
+        list(APPEND ORVANEL_SANITIZER_LIBRARIES libubsan.so)
+        list(APPEND ORVANEL_FOREIGN_OPTIONS -fno-sanitize=undefined)
+    else()
+        message(FATAL_ERROR "ORVANEL_SANITIZER has '${sanitizer}': address, thread and undefined are known")
+    endif()
+endforeach()
 if(ORVANEL_FUZZ)
     set(sanitize -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined)
 endif()

@@ -4,8 +4,8 @@
 #
 #   ./test                 everything below
 #   ./test --quick         only the release configuration
-#   ./test NAME...         only these, of: release debug asan ubsan tsan windows, and one that runs only when named:
-#                          format (the tree against .clang-format)
+#   ./test NAME...         only these, of: release debug asan tsan windows, and two that run only when named:
+#                          ubsan (a part of asan, by itself), format (the tree against .clang-format)
 #
 # windows is the cross build; its tests run under Wine on a display of their own, the Python tests under Python for Windows.
 # What does not run there is listed with its reason.
@@ -15,7 +15,8 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup/common.sh"
 cd "$ORVANEL_ROOT"
 
-ALL=(release debug asan ubsan tsan windows)
+ALL=(release debug asan tsan windows)
+NAMED=(ubsan format)
 case ${1:-} in
 -h | --help)
     sed -n '/^#   /s/^#   //p' "${BASH_SOURCE[0]}"
@@ -26,7 +27,7 @@ case ${1:-} in
 *) selected=("$@") ;;
 esac
 for name in "${selected[@]}"; do
-    case " ${ALL[*]} format " in *" $name "*) ;; *) die "unknown configuration '$name': there are ${ALL[*]} format" ;; esac
+    case " ${ALL[*]} ${NAMED[*]} " in *" $name "*) ;; *) die "unknown configuration '$name': there are ${ALL[*]} ${NAMED[*]}" ;; esac
 done
 
 JOBS=$(nproc)
