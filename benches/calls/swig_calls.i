@@ -23,6 +23,12 @@ struct MPoint {
 
 class IVideoTextureSyncer;
 
+// The same object and point in objects of this module's own.
+%inline %{
+Orvanel *own_Orvanel(Orvanel *made) { return made; }
+MPoint *own_MPoint(MPoint *point) { return point; }
+%}
+
 class Orvanel {
   public:
     bool IsDirty() const;

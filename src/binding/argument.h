@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 #include "binding/pointer_conversion.h"
 #include "binding/type_registry.h"
@@ -201,7 +202,17 @@ class PointeeArgument {
     static TypeRecord *record() { return typeRecordOf<std::remove_const_t<T>>(); }
 
     Refusal loadPointer(PyObject *object) {
-        return convertPointer(object, record(), m_argument) ? Refusal::None : Refusal::Type;
+        if (OpaqueObject *const opaque = exactCarrier(object, record())) {
+            m_argument.pointer = opaque->pointer;
+            m_argument.carrier = opaque;
+            return Refusal::None;
+        }
+        // A value of its own: one whose address is taken would be kept in memory on the short way, too.
+        PointerArgument found;
+        if (!convertPointer(object, record(), found))
+            return Refusal::Type;
+        m_argument = std::move(found);
+        return Refusal::None;
     }
     T *pointee() const { return static_cast<T *>(m_argument.pointer); }
     OpaqueObject *carrier() const { return m_argument.carrier; }

@@ -18,20 +18,23 @@ struct PointerArgument {
 /// The long way of convertPointer: casts, subclasses, chains, proxies.
 bool searchPointer(PyObject *object, TypeRecord *type, PointerArgument &result);
 
+/// The short way: the object if it is an opaque one of exactly that type, else null.
+inline OpaqueObject *exactCarrier(PyObject *object, TypeRecord *type) {
+    if (Py_TYPE(object) != &opaqueType && Py_TYPE(object) != lastForeignOpaqueType)
+        return nullptr;
+    OpaqueObject *const opaque = reinterpret_cast<OpaqueObject *>(object);
+    return opaque->type == type ? opaque : nullptr;
+}
+
 /// Takes a pointer of that type out of an opaque object, a proxy whose "this" leads to one, or None (a null pointer).
 /// False, without a Python error pending, for anything else.
 inline bool convertPointer(PyObject *object, TypeRecord *type, PointerArgument &result) {
-    if (Py_TYPE(object) == &opaqueType || Py_TYPE(object) == lastForeignOpaqueType) {
-        OpaqueObject *const opaque = reinterpret_cast<OpaqueObject *>(object);
-        if (opaque->type == type) {
-            result.pointer = opaque->pointer;
-            result.carrier = opaque;
-            return true;
-        }
-    } else if (object == Py_None) {
+    if (OpaqueObject *const opaque = exactCarrier(object, type)) {
+        result.pointer = opaque->pointer;
+        result.carrier = opaque;
         return true;
     }
-    return searchPointer(object, type, result);
+    return object == Py_None || searchPointer(object, type, result);
 }
 
 /// The address that an opaque object of any type, or a proxy of one, carries. False, without a Python error pending,

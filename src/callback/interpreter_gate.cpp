@@ -102,11 +102,6 @@ PyObject *watchInterpreter() {
     return capsule;
 }
 
-bool holdsInterpreterLock() {
-    PyThreadState *const own = PyGILState_GetThisThreadState();
-    return own != nullptr && own == _PyThreadState_Current;
-}
-
 bool interpreterIsEnding() {
     const std::lock_guard lock(gate().mutex);
     return gate().closed || !Py_IsInitialized();

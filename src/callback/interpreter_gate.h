@@ -9,9 +9,6 @@
 /// held, once an interpreter. New reference to an object for the module's dictionary, or null with an error pending.
 PyObject *watchInterpreter();
 
-/// Whether the calling thread holds the interpreter lock. Also safe when there is no interpreter.
-bool holdsInterpreterLock();
-
 /// Whether the interpreter has begun to end, or is not there. Events are dropped from then on.
 bool interpreterIsEnding();
 

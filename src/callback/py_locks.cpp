@@ -4,6 +4,11 @@
 #include "callback/interpreter_gate.h"
 #include "callback/python.h"
 
+bool holdsInterpreterLock() {
+    PyThreadState *const own = PyGILState_GetThisThreadState();
+    return own != nullptr && own == _PyThreadState_Current;
+}
+
 PyGILGuard::PyGILGuard() {
     if (!holdsInterpreterLock()) {
         m_entered = enterInterpreter();

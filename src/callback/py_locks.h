@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Guards around the interpreter lock. Both are safe on any thread, also one that the interpreter has never seen, and at
-// any time, also when the interpreter is ending or gone.
+// Guards around the interpreter lock. All of it is safe on any thread, also one that the interpreter has never seen,
+// and at any time, also when the interpreter is ending or gone.
+
+/// Whether the calling thread holds the interpreter lock. Also safe when there is no interpreter.
+bool holdsInterpreterLock();
 
 /// Takes the interpreter lock for a scope. Test it before touching anything of Python's: once the interpreter has begun
 /// to end, a thread that does not hold the lock already gets nothing.

@@ -7,38 +7,43 @@
 
 namespace {
 
-using States = std::vector<ECallBack_State>;
+using Events = std::vector<ECallBack_State>;
 
 TEST(EventQueue, CollectsInOrderWhileItsScopeLasts) {
-    const int object = 0;
-    EXPECT_EQ(EventQueue::current(&object), nullptr);
+    EventQueue *current = nullptr;
+    Events events;
     {
-        EventQueue queue(&object);
-        EventQueue::current(&object)->push(ECB_POINT_ADD);
-        EventQueue::current(&object)->push(ECB_MASK_CREATE);
-        EXPECT_EQ(queue.take(), (States{ECB_POINT_ADD, ECB_MASK_CREATE}));
-        EXPECT_EQ(queue.take(), States{});
+        const EventQueue queue(current, events);
+        ASSERT_EQ(current, &queue);
+        current->push(ECB_POINT_ADD);
+        current->push(ECB_MASK_CREATE);
     }
-    EXPECT_EQ(EventQueue::current(&object), nullptr);
+    EXPECT_EQ(current, nullptr);
+    EXPECT_EQ(events, (Events{ECB_POINT_ADD, ECB_MASK_CREATE}));
 }
 
-TEST(EventQueue, BelongsToOneObjectAndOneThread) {
-    const int object = 0;
-    const int other = 0;
-    EventQueue queue(&object);
-    EXPECT_EQ(EventQueue::current(&other), nullptr);
-    EventQueue *elsewhere = &queue;
-    std::thread([&] { elsewhere = EventQueue::current(&object); }).join();
-    EXPECT_EQ(elsewhere, nullptr);
+TEST(EventQueue, BelongsToOneThread) {
+    EventQueue *current = nullptr;
+    Events events;
+    const EventQueue queue(current, events);
+    EXPECT_TRUE(queue.isOfThisThread());
+    bool elsewhere = true;
+    std::thread([&] { elsewhere = queue.isOfThisThread(); }).join();
+    EXPECT_FALSE(elsewhere);
 }
 
-TEST(EventQueue, NestedQueuesOfOtherObjectsDoNotHideIt) {
-    const int object = 0;
-    const int other = 0;
-    EventQueue queue(&object);
-    EventQueue inner(&other);
-    EXPECT_EQ(EventQueue::current(&object), &queue);
-    EXPECT_EQ(EventQueue::current(&other), &inner);
+TEST(EventQueue, InnermostCollects) {
+    EventQueue *current = nullptr;
+    Events outerEvents;
+    Events innerEvents;
+    const EventQueue outer(current, outerEvents);
+    {
+        const EventQueue inner(current, innerEvents);
+        current->push(ECB_POINT_ADD);
+    }
+    current->push(ECB_MASK_CREATE);
+    EXPECT_EQ(innerEvents, Events{ECB_POINT_ADD});
+    EXPECT_EQ(outerEvents, Events{ECB_MASK_CREATE});
 }
 
 } // namespace

@@ -12,15 +12,14 @@
 HRESULT Orvanel::Interactive(INT state, INT x, INT y) {
     const PyAllowThreads allowThreads;
     HRESULT result = E_FAIL;
+    // Host code must not run inside the lock: what the handlers raise is delivered once it has been left.
     std::vector<ECallBack_State> events;
     {
         const std::lock_guard lock(m_textureLock);
         if (!m_canvas)
             return E_FAIL;
-        // Host code must not run inside the lock: what the handlers raise is delivered once it has been left.
-        EventQueue queue(this);
+        const EventQueue queue(m_eventQueue, events);
         result = dispatchEvent(state, {kAnchorPoint, x, y, 0, 0, 0});
-        events = queue.take();
     }
     for (const ECallBack_State event : events)
         raise(event);

@@ -51,8 +51,8 @@ void Orvanel::CallBack(ECallBack_State state) {
 }
 
 void Orvanel::raise(ECallBack_State state) {
-    if (EventQueue *const queue = EventQueue::current(this))
-        queue->push(state);
+    if (m_textureLock.isOwned() && m_eventQueue && m_eventQueue->isOfThisThread())
+        m_eventQueue->push(state);
     else
         CallBack(state);
 }

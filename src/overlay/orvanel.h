@@ -32,6 +32,7 @@
 #include "platform/com_pointer.h"
 #include "platform/reentrant_lock.h"
 
+class EventQueue;
 class FrameSource;
 class PyMapWrapper;
 struct WorkerBlock;
@@ -297,6 +298,7 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     Centroid m_centroid; ///< guarded by m_hoverLock
     platform::ComPointer<OverlayCanvas> m_canvas;
     mutable platform::ReentrantLock m_textureLock;   ///< the outline, the keyframes, the canvas and its buffer
+    EventQueue *m_eventQueue = nullptr;              ///< collects while Interactive runs; guarded by m_textureLock
     std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
     std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
     std::unique_ptr<FrameSource> m_frameSource;

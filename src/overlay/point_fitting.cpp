@@ -60,13 +60,12 @@ PyObject *Orvanel::AdjustPoints(PyObject *ignored, PyObject *runs, PyObject *siz
         // Both locks are held for the whole fit: the interpreter lock is let go only while the other one has to be
         // waited for.
         const TextureLockGuard lock(m_textureLock);
-        EventQueue queue(this);
+        const EventQueue queue(m_eventQueue, events);
         DiagLogPrint("Orvanel::AdjustPoints() enter\n");
         FindTargetPointsFromMask(mask, width, height);
         Convert2Mask(false);
         markEdited();
         DiagLogPrint("Orvanel::AdjustPoints() end\n");
-        events = queue.take();
     }
     for (const ECallBack_State event : events)
         raise(event);

@@ -13,33 +13,29 @@ namespace platform {
 class ReentrantLock {
   public:
     void lock() {
-        m_mutex.lock();
-        entered();
+        lockBy([this] {
+            m_mutex.lock();
+            return true;
+        });
     }
     bool try_lock() {
-        if (!m_mutex.try_lock())
-            return false;
-        entered();
-        return true;
+        return lockBy([this] { return m_mutex.try_lock(); });
     }
     template <typename Rep, typename Period>
     bool try_lock_for(const std::chrono::duration<Rep, Period> &duration) {
+        return lockBy([&] {
 #ifdef __SANITIZE_THREAD__
-        // The library's wait on the monotonic clock is a call that this sanitizer does not follow.
-        const bool locked = m_mutex.try_lock_until(std::chrono::system_clock::now() + duration);
+            // The library's wait on the monotonic clock is a call that this sanitizer does not follow.
+            return m_mutex.try_lock_until(std::chrono::system_clock::now() + duration);
 #else
-        const bool locked = m_mutex.try_lock_for(duration);
+            return m_mutex.try_lock_for(duration);
 #endif
-        if (!locked)
-            return false;
-        entered();
-        return true;
+        });
     }
     void unlock() {
-        if (!isOwned())
+        if (!isOwned() || --m_depth != 0)
             return;
-        if (--m_depth == 0)
-            m_owner.store(std::thread::id(), std::memory_order_relaxed);
+        m_owner.store(std::thread::id(), std::memory_order_relaxed);
         m_mutex.unlock();
     }
     /// Gives up every hold of the calling thread, for a wait during which others must get on; how many there were.
@@ -60,12 +56,22 @@ class ReentrantLock {
     }
 
   private:
+    template <typename Attempt>
+    bool lockBy(Attempt attempt) {
+        if (isOwned())
+            ++m_depth;
+        else if (attempt())
+            entered();
+        else
+            return false;
+        return true;
+    }
     void entered() {
         m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
-        ++m_depth;
+        m_depth = 1;
     }
 
-    std::recursive_timed_mutex m_mutex;
+    std::timed_mutex m_mutex;
     std::atomic<std::thread::id> m_owner{};
     int m_depth = 0; ///< guarded by m_mutex
 };
