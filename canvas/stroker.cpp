@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "platform/lanes.h"
@@ -35,8 +36,9 @@ constexpr std::int32_t kNoSpan = -1;
 constexpr std::int32_t kDotSpan = INT32_MIN;
 // Sixteen megabytes. An outline around a 4K picture makes some ten thousand.
 constexpr std::size_t kMostSpans = 1 << 20;
-// Rows between asking for a row's pixels and drawing on them.
-constexpr int kRowsAhead = 16;
+// Rows between asking for a row's pixels and drawing on them. Not many: the rows of a 4K picture share few places in
+// the nearest cache.
+constexpr int kRowsAhead = 6;
 
 // Distances in the lanes: 16 bits then hold twice the reach.
 constexpr int kLaneFraction = 6;
@@ -68,19 +70,38 @@ inline void raiseNearness(std::uint8_t *nearness, std::int32_t distance, std::in
 constexpr int kBlock = 8;
 static_assert(kBlock >= kLanes);
 
-// Lays a block of stroke over the surface.
-inline void paintBlock(Pixel *pixels, const std::uint8_t *nearness, const StrokePalette &palette) {
-    static_assert(kBlock == 8);
-    if (platform::allZero(pixels)) {
-        for (int i = 0; i < kBlock; ++i)
-            pixels[i] = palette.overNothing(nearness[i]);
-    } else if (platform::allZeroOr(pixels, palette.expected())) {
-        for (int i = 0; i < kBlock; ++i)
-            pixels[i] = palette.overKnown(pixels[i], nearness[i]);
-    } else {
-        for (int i = 0; i < kBlock; ++i)
-            pixels[i] = palette.overAny(pixels[i], nearness[i]);
+// The nearness of a block, a byte a pixel, the first pixel's in the lowest bits.
+using BlockNearness = std::uint64_t;
+
+inline BlockNearness loadBlock(const std::uint8_t *nearness) {
+    BlockNearness block = 0;
+    for (int i = 0; i < kBlock; ++i)
+        block |= static_cast<BlockNearness>(nearness[i]) << (8 * i);
+    return block;
+}
+
+// Sets a block's pixels, two with each store: stores are what the painting waits for.
+template <typename Paint>
+inline void paintPairs(Pixel *pixels, BlockNearness nearness, Paint paint) {
+    for (int i = 0; i < kBlock; i += 2, nearness >>= 16) {
+        const Pixel pair[2] = {paint(pixels[i], static_cast<std::uint8_t>(nearness)),
+                               paint(pixels[i + 1], static_cast<std::uint8_t>(nearness >> 8))};
+        const auto both = static_cast<std::uint64_t>(pair[1]) << 32 | pair[0];
+        std::memcpy(pixels + i, &both, sizeof(both));
     }
+}
+
+// Lays a block of stroke over the surface. Over a surface that was blank nothing is read: rows are painted from left to
+// right, so what a block covers is nothing yet, and what it clears behind its stroke is painted later.
+template <bool kOverBlank>
+inline void paintBlock(Pixel *pixels, BlockNearness nearness, const StrokePalette &palette) {
+    static_assert(kBlock == 8);
+    if (kOverBlank || platform::allZero(pixels))
+        paintPairs(pixels, nearness, [&](Pixel, std::uint8_t near) { return palette.overNothing(near); });
+    else if (platform::allZeroOr(pixels, palette.expected()))
+        paintPairs(pixels, nearness, [&](Pixel below, std::uint8_t near) { return palette.overKnown(below, near); });
+    else
+        paintPairs(pixels, nearness, [&](Pixel below, std::uint8_t near) { return palette.overAny(below, near); });
 }
 
 } // namespace
@@ -91,6 +112,8 @@ void Stroker::begin(Surface &surface, const StrokeLook &look) {
     m_stepsPerPixel = look.stepsPerPixel();
     m_bodies.clear();
     m_dots.clear();
+    m_top = std::numeric_limits<double>::max();
+    m_bottom = std::numeric_limits<double>::lowest();
     const auto width = static_cast<std::size_t>(surface.width());
     if (m_nearness.size() < width + kBlock)
         m_nearness.assign(width + kBlock, 0);
@@ -146,25 +169,47 @@ void Stroker::addSegment(const StrokeBody &body) {
     const double right = m_surface->width() - 1 + margin;
     const double bottom = m_surface->height() - 1 + margin;
     if (body.isInside(-margin, -margin, right, bottom)) {
-        m_bodies.push_back(body);
+        keep(body);
         return;
     }
     StrokeBody visible = body;
     if (visible.clip(-margin, -margin, right, bottom))
-        m_bodies.push_back(visible);
+        keep(visible);
+}
+
+void Stroker::keep(const StrokeBody &body) {
+    m_bodies.push_back(body);
+    m_top = std::min({m_top, body.from.y, body.to.y});
+    m_bottom = std::max({m_bottom, body.from.y, body.to.y});
 }
 
 void Stroker::addDot(const Position &centre) {
     if (centre.x > -m_reach && centre.y > -m_reach && centre.x < m_surface->width() + m_reach &&
-        centre.y < m_surface->height() + m_reach)
+        centre.y < m_surface->height() + m_reach) {
         m_dots.push_back(centre);
+        m_top = std::min(m_top, centre.y);
+        m_bottom = std::max(m_bottom, centre.y);
+    }
 }
 
 void Stroker::paint(const StrokePalette &palette) {
-    const int height = m_surface->height();
-    int bandHeight = height;
-    for (int firstRow = 0; firstRow < height;) {
-        const int endRow = std::min(height, firstRow + bandHeight);
+    if (m_bodies.empty() && m_dots.empty())
+        return;
+    if (m_surface->isBlank())
+        paintRows<true>(palette);
+    else
+        paintRows<false>(palette);
+}
+
+template <bool kOverBlank>
+void Stroker::paintRows(const StrokePalette &palette) {
+    // More than a body's corners lie past its ends.
+    const double past = 1.5 * m_reach + 1;
+    const int top = std::max(0, static_cast<int>(std::floor(m_top - past)));
+    const int bottom = std::min(m_surface->height(), static_cast<int>(std::ceil(m_bottom + past)) + 1);
+    int bandHeight = bottom - top;
+    for (int firstRow = top; firstRow < bottom;) {
+        const int endRow = std::min(bottom, firstRow + bandHeight);
         if (!collectSpans(firstRow, endRow) && bandHeight > 1) {
             bandHeight = (bandHeight + 1) / 2;
             continue;
@@ -172,7 +217,7 @@ void Stroker::paint(const StrokePalette &palette) {
         for (int y = firstRow; y < endRow; ++y) {
             if (y + kRowsAhead < endRow)
                 prefetchRow(y + kRowsAhead);
-            paintRow(y, palette);
+            paintRow<kOverBlank>(y, palette);
         }
         firstRow = endRow;
     }
@@ -237,23 +282,40 @@ void Stroker::prefetchRow(int y) {
     }
 }
 
+template <bool kOverBlank>
 void Stroker::paintRow(int y, const StrokePalette &palette) {
-    if (m_rowHeads[static_cast<std::size_t>(y - m_firstRow)] == kNoSpan)
+    const std::int32_t head = m_rowHeads[static_cast<std::size_t>(y - m_firstRow)];
+    if (head == kNoSpan)
         return;
     const int width = m_surface->width();
     std::uint8_t *const nearness = m_nearness.data();
+    const auto isBlock = [width](const Span &span) {
+        return span.end - span.first <= kLanes && span.first + kBlock <= width && span.step != kDotSpan;
+    };
+    const auto paintAsBlock = [&](const Span &span) {
+        const int length = span.end - span.first;
+        const BlockNearness block = firstLanes(nearnessOf(span.distance, span.step), length).packed();
+        paintBlock<kOverBlank>(m_surface->touch(y, span.first, length), block, palette);
+    };
+
+    // The commonest row by far: a steep line on the way down and one on the way up. Nothing has to be sorted.
+    const Span &one = m_spans[static_cast<std::size_t>(head)];
+    if (one.next != kNoSpan) {
+        const Span &other = m_spans[static_cast<std::size_t>(one.next)];
+        if (other.next == kNoSpan && std::abs(one.first - other.first) >= kBlock && isBlock(one) && isBlock(other)) {
+            paintAsBlock(one);
+            paintAsBlock(other);
+            return;
+        }
+    }
 
     const std::size_t count = gatherRow(y);
     const Span *const spansEnd = m_rowSpans.data() + count;
     for (const Span *span = m_rowSpans.data(); span != spansEnd;) {
         const int first = span->first;
-        const int length = span->end - first;
         const bool isAlone = span + 1 == spansEnd || span[1].first >= span->end;
-        if (isAlone && length <= kLanes && first + kBlock <= width && span->step != kDotSpan) {
-            // The commonest case by far: a steep line and nothing else.
-            std::uint8_t block[kBlock];
-            firstLanes(nearnessOf(span->distance, span->step), length).store(block);
-            paintBlock(m_surface->touch(y, first, length), block, palette);
+        if (isAlone && isBlock(*span)) {
+            paintAsBlock(*span);
             ++span;
             continue;
         }
@@ -269,16 +331,17 @@ void Stroker::paintRow(int y, const StrokePalette &palette) {
             ++span;
         } while (span != spansEnd && span->first < end);
 
-        paintStretch(m_surface->touch(y, first, end - first), end - first, width - first, palette);
+        paintStretch<kOverBlank>(m_surface->touch(y, first, end - first), end - first, width - first, palette);
     }
 }
 
 // Lays `count` pixels of stroke over the surface and resets their nearness; `room` pixels are left in the row.
+template <bool kOverBlank>
 void Stroker::paintStretch(Pixel *pixels, int count, int room, const StrokePalette &palette) {
     std::uint8_t *const nearness = m_nearness.data();
     int done = 0;
     for (; done < count && done + kBlock <= room; done += kBlock)
-        paintBlock(pixels + done, nearness + done, palette);
+        paintBlock<kOverBlank>(pixels + done, loadBlock(nearness + done), palette);
     for (; done < count; ++done)
         pixels[done] = palette.overAny(pixels[done], nearness[done]);
     std::memset(nearness, 0, static_cast<std::size_t>(count));

@@ -37,11 +37,16 @@ class Stroker {
     };
 
     void addSegment(const StrokeBody &body);
+    void keep(const StrokeBody &body);
     void addDot(const Position &centre);
     bool collectSpans(int firstRow, int endRow);
     void addBodySpans(const StrokeBody &body, int firstRow, int endRow);
     void addDotSpans(std::int32_t dot, int firstRow, int endRow);
+    template <bool kOverBlank>
+    void paintRows(const StrokePalette &palette);
+    template <bool kOverBlank>
     void paintRow(int y, const StrokePalette &palette);
+    template <bool kOverBlank>
     void paintStretch(Pixel *pixels, int count, int room, const StrokePalette &palette);
     std::size_t gatherRow(int y);
     void raiseDot(std::uint8_t *nearness, const Span &span, int y) const;
@@ -53,6 +58,8 @@ class Stroker {
 
     std::vector<StrokeBody> m_bodies;
     std::vector<Position> m_dots;
+    double m_top = 0; ///< the highest and the lowest row that a body's end or a dot's centre lies in
+    double m_bottom = 0;
     Quill::PodBuffer<Span> m_spans;
     std::vector<std::int32_t> m_rowHeads; ///< index of each row's last span, from m_firstRow on
     int m_firstRow = 0;

@@ -56,10 +56,12 @@ class PortableInt16Lanes {
         for (int i = 0; i < kCount; ++i)
             bytes[i] = std::max(bytes[i], static_cast<std::uint8_t>(std::clamp<int>(m_lanes[i], 0, 255)));
     }
-    /// Sets eight bytes to the lanes, which are limited to 0..255.
-    void store(std::uint8_t *bytes) const {
+    /// Eight bytes, the first in the lowest bits: the lanes, which are limited to 0..255.
+    std::uint64_t packed() const {
+        std::uint64_t bytes = 0;
         for (int i = 0; i < kCount; ++i)
-            bytes[i] = static_cast<std::uint8_t>(std::clamp<int>(m_lanes[i], 0, 255));
+            bytes |= static_cast<std::uint64_t>(std::clamp<int>(m_lanes[i], 0, 255)) << (8 * i);
+        return bytes;
     }
 
   private:
@@ -112,8 +114,10 @@ class Int16Lanes {
         auto *const target = reinterpret_cast<__m128i *>(bytes);
         _mm_storel_epi64(target, _mm_max_epu8(_mm_loadl_epi64(target), _mm_packus_epi16(m_lanes, m_lanes)));
     }
-    void store(std::uint8_t *bytes) const {
-        _mm_storel_epi64(reinterpret_cast<__m128i *>(bytes), _mm_packus_epi16(m_lanes, m_lanes));
+    std::uint64_t packed() const {
+        std::uint64_t bytes;
+        _mm_storel_epi64(reinterpret_cast<__m128i *>(&bytes), _mm_packus_epi16(m_lanes, m_lanes));
+        return bytes;
     }
 
   private:

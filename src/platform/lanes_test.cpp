@@ -43,9 +43,17 @@ TEST(Lanes, RampIsWhereItIsLess) {
     Bytes bytes{};
     platform::Int16Lanes::ramp().where(platform::Int16Lanes::ramp(), platform::Int16Lanes::all(4)).raise(bytes.data());
     EXPECT_EQ(bytes, expected);
-    bytes.fill(9);
-    (platform::Int16Lanes::ramp() - platform::Int16Lanes::all(3)).store(bytes.data());
-    EXPECT_EQ(bytes, (Bytes{0, 0, 0, 0, 1, 2, 3, 4}));
+}
+
+template <typename Lanes>
+void expectPacked() {
+    EXPECT_EQ((Lanes::ramp() - Lanes::all(3)).packed(), 0x0403020100000000U);
+    EXPECT_EQ((Lanes::ramp() + Lanes::all(250)).packed(), 0xFFFFFFFEFDFCFBFAU);
+}
+
+TEST(Lanes, PackedBytesAreLimitedAndTheFirstIsTheLowest) {
+    expectPacked<platform::Int16Lanes>();
+    expectPacked<platform::PortableInt16Lanes>();
 }
 
 TEST(Lanes, ZeroTestsEqualThePortableForm) {
