@@ -178,6 +178,31 @@ TEST(Stroker, KnownColourBelowOnlySavesTime) {
     EXPECT_EQ(pixelsOf(surfaces[0]), pixelsOf(surfaces[1]));
 }
 
+TEST(Stroker, BlankSurfaceOnlySavesTime) {
+    std::mt19937 random(29);
+    std::uniform_real_distribution<double> place(-20, 120);
+    std::uniform_int_distribution<int> extent(1, 100);
+    for (int round = 0; round < 200; ++round) {
+        Positions line(static_cast<std::size_t>(2 + round % 30));
+        for (Position &position : line)
+            position = {place(random), place(random)};
+        const int width = extent(random);
+        const int height = extent(random);
+        const StrokeLook style = look(0.75F + static_cast<float>(round % 7));
+
+        Surface touched;
+        ASSERT_EQ(touched.resize(static_cast<UINT>(width), static_cast<UINT>(height)), S_OK);
+        touched.touch(0, 0, 1);
+        StrokePalette palette;
+        palette.prepare(style, canvas::kTransparent);
+        Stroker stroker;
+        stroker.begin(touched, style);
+        stroker.addPolyline(line, round % 2 == 0);
+        stroker.paint(palette);
+        ASSERT_EQ(drawn(line, round % 2 == 0, style, width, height), pixelsOf(touched)) << round;
+    }
+}
+
 TEST(Stroker, UsedAgainItStartsAnew) {
     Surface surface;
     ASSERT_EQ(surface.resize(40, 40), S_OK);
