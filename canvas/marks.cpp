@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "canvas/four_pixels.h"
+
 namespace canvas {
 namespace {
 
@@ -27,64 +29,75 @@ std::int64_t radiusOf(std::uint32_t size) {
     return std::int64_t{size} / 2;
 }
 
+int limited(std::int64_t position, int extent) {
+    return static_cast<int>(std::clamp<std::int64_t>(position, 0, extent));
+}
+
+} // namespace
+
 /// The visible part of a square picture of 2 radius + 1 pixels around (x, y).
-struct Window {
+struct MarkWindow {
     int first;
     int end;
     int firstRow;
     int endRow;
 
-    Window(const Surface &surface, std::int64_t x, std::int64_t y, std::int64_t radius)
+    MarkWindow(const Surface &surface, std::int64_t x, std::int64_t y, std::int64_t radius)
         : first(limited(x - radius, surface.width())), end(limited(x + radius + 1, surface.width())),
           firstRow(limited(y - radius, surface.height())), endRow(limited(y + radius + 1, surface.height())) {}
 
     bool empty() const { return first >= end || firstRow >= endRow; }
-
-  private:
-    static int limited(std::int64_t position, int extent) {
-        return static_cast<int>(std::clamp<std::int64_t>(position, 0, extent));
-    }
 };
-
-} // namespace
 
 Stamp::Stamp(MarkShape shape, std::span<const MarkLayer> layers) {
     for (const MarkLayer &layer : layers)
         m_radius = std::max(m_radius, static_cast<int>(radiusOf(layer.size)));
-    for (int dy = -m_radius; dy <= m_radius; ++dy) {
-        Opaque opaque = {2 * m_radius + 1, 0};
-        for (int dx = -m_radius; dx <= m_radius; ++dx) {
+    m_groups = 2 * m_radius / kGroup + 1;
+    for (int dy = -m_radius; dy <= m_radius; ++dy)
+        for (int dx = -m_radius; dx < m_groups * kGroup - m_radius; ++dx) {
             Pixel pixel = kTransparent;
-            for (const MarkLayer &layer : layers)
-                pixel = over(pixel, covered(layer.color, coverage(shape, layer.size, dx, dy)));
+            if (dx <= m_radius)
+                for (const MarkLayer &layer : layers)
+                    pixel = over(pixel, covered(layer.color, coverage(shape, layer.size, dx, dy)));
             m_pixels.push_back(pixel);
-            // Marks are convex: what is opaque in a row is one stretch.
-            if (alphaOf(pixel) == 255) {
-                opaque.first = std::min(opaque.first, dx + m_radius);
-                opaque.end = dx + m_radius + 1;
-            }
         }
-        m_opaque.push_back(opaque);
-    }
+    for (auto group = m_pixels.begin(); group != m_pixels.end(); group += kGroup)
+        m_hides.push_back(std::all_of(group, group + kGroup, [](Pixel pixel) { return alphaOf(pixel) == 255; }));
 }
 
 void Stamp::paint(Surface &surface, std::int32_t x, std::int32_t y) const {
-    const Window window(surface, x, y, m_radius);
+    const MarkWindow window(surface, x, y, m_radius);
     if (window.empty())
         return;
-    const int left = x - m_radius;
-    const int top = y - m_radius;
-    const int side = 2 * m_radius + 1;
+    if (window.end - window.first == side() && window.endRow - window.firstRow == side())
+        paintWhole(surface, window.first, window.firstRow);
+    else
+        paintPart(surface, window, x - m_radius, y - m_radius);
+}
+
+void Stamp::paintWhole(Surface &surface, int left, int top) const {
+    const Pixel *source = m_pixels.data();
+    const char *hides = m_hides.data();
+    for (int row = top; row < top + side(); ++row) {
+        Pixel *pixels = surface.touch(row, left, side());
+        for (int group = 0; group < m_groups; ++group, pixels += kGroup, source += kGroup) {
+            const FourPixels mark = FourPixels::load(source);
+            const FourPixels below = FourPixels::load(pixels);
+            if (*hides++)
+                mark.store(pixels);
+            else if (areDisjoint(below, mark))
+                (below | mark).store(pixels);
+            else
+                over(below, mark).store(pixels);
+        }
+    }
+}
+
+void Stamp::paintPart(Surface &surface, const MarkWindow &window, int left, int top) const {
     for (int row = window.firstRow; row < window.endRow; ++row) {
         Pixel *const pixels = surface.touch(row, window.first, window.end - window.first) - window.first;
-        const Pixel *const source = m_pixels.data() + (row - top) * side - left;
-        const Opaque &opaque = m_opaque[static_cast<std::size_t>(row - top)];
-        const int solid = std::clamp(left + opaque.first, window.first, window.end);
-        const int rest = std::clamp(left + opaque.end, solid, window.end);
-        for (int column = window.first; column < solid; ++column)
-            pixels[column] = over(pixels[column], source[column]);
-        std::copy(source + solid, source + rest, pixels + solid);
-        for (int column = rest; column < window.end; ++column)
+        const Pixel *const source = m_pixels.data() + (row - top) * m_groups * kGroup - left;
+        for (int column = window.first; column < window.end; ++column)
             pixels[column] = over(pixels[column], source[column]);
     }
 }
@@ -109,7 +122,7 @@ void MarkPainter::paint(Surface &surface, MarkShape shape, std::int32_t x, std::
         stamp(shape, std::span(&layer, 1)).paint(surface, x, y);
         return;
     }
-    const Window window(surface, x, y, radiusOf(layer.size));
+    const MarkWindow window(surface, x, y, radiusOf(layer.size));
     if (window.empty())
         return;
     for (int row = window.firstRow; row < window.endRow; ++row) {

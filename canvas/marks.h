@@ -19,6 +19,8 @@ struct MarkLayer {
     friend bool operator==(const MarkLayer &, const MarkLayer &) = default;
 };
 
+struct MarkWindow;
+
 /// A small picture around a middle pixel, drawn once and laid down many times.
 class Stamp {
   public:
@@ -29,15 +31,17 @@ class Stamp {
     void paint(Surface &surface, std::int32_t x, std::int32_t y) const;
 
   private:
-    /// Columns [first, end) of a row that hide what is below.
-    struct Opaque {
-        int first;
-        int end;
-    };
+    /// Pixels that are laid down at once.
+    static constexpr int kGroup = 4;
 
-    int m_radius = 0; ///< pixels to either side of the middle one
-    std::vector<Pixel> m_pixels;
-    std::vector<Opaque> m_opaque;
+    int side() const { return 2 * m_radius + 1; }
+    void paintWhole(Surface &surface, int left, int top) const;
+    void paintPart(Surface &surface, const MarkWindow &window, int left, int top) const;
+
+    int m_radius = 0;            ///< pixels to either side of the middle one
+    int m_groups = 0;            ///< in a row
+    std::vector<Pixel> m_pixels; ///< transparent behind a row's end
+    std::vector<char> m_hides;   ///< whether a group hides whatever is below
 };
 
 /// Lays marks over surfaces and keeps the stamps of the latest looks.

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "mask/no_throw.h"
 #include "platform/prefetch.h"
 #include "support/dib_surface.h"
 
@@ -11,6 +12,7 @@ namespace {
 
 // Pixels cleared at once. What lies behind a span is cleared with it: either it is transparent already or it will be.
 constexpr std::size_t kBlock = 8;
+static_assert(kBlock <= Surface::kSpill);
 // Spans between asking for a span's pixels and clearing them.
 constexpr std::ptrdiff_t kSpansAhead = 16;
 
@@ -27,8 +29,14 @@ HRESULT Surface::resize(UINT width, UINT height) {
     if (width > kLongestSide || height > kLongestSide)
         return E_INVALIDARG;
 
+    const HRESULT result =
+        Quill::withoutThrowing([this] { m_touched.room(kMostSpans + std::size_t{kMostSpansAtOnce}); });
+    if (FAILED(result))
+        return result;
+    // Rows enough for kSpill pixels lie behind the last one.
+    const UINT rows = height + (kSpill + width - 1) / width;
     void *bits = nullptr;
-    if (!CreateDIBSection32(width, -static_cast<INT>(height), m_bitmap.put(), &bits))
+    if (!CreateDIBSection32(width, -static_cast<INT>(rows), m_bitmap.put(), &bits))
         return E_OUTOFMEMORY;
     m_pixels = static_cast<Pixel *>(bits);
     m_width = static_cast<int>(width);
@@ -37,7 +45,6 @@ HRESULT Surface::resize(UINT width, UINT height) {
 }
 
 void Surface::clear() {
-    const std::size_t all = pixelCount();
     if (m_allTouched) {
         std::memset(m_pixels, 0, byteCount());
     } else {
@@ -46,7 +53,7 @@ void Surface::clear() {
             if (spansEnd - &span > kSpansAhead)
                 platform::prefetch(m_pixels + (&span)[kSpansAhead].first);
             Pixel *pixels = m_pixels + span.first;
-            if (span.count > 4 * kBlock || span.first + span.count + kBlock > all) {
+            if (span.count > 4 * kBlock) {
                 std::memset(pixels, 0, span.count * sizeof(Pixel));
                 continue;
             }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "canvas/pixel.h"
 #include "mask/pod_buffer.h"
@@ -34,17 +35,41 @@ class Surface {
     Pixel *row(int y) { return m_pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width); }
     Pixel *pixels() { return m_pixels; }
 
-    /// Some neighbouring pixels that are about to be drawn upon, and remembered for that. Nothing else may be written.
-    /// Throws std::bad_alloc.
-    Pixel *touch(int y, int first, int count) {
-        Pixel *const pixels = row(y) + first;
-        if (m_touched.size() < kMostSpans)
-            m_touched.push_back({static_cast<std::uint32_t>(pixels - m_pixels), static_cast<std::uint32_t>(count)});
-        else
-            m_allTouched = true;
-        return pixels;
-    }
+    /// Some neighbouring pixels.
+    struct Span {
+        std::uint32_t first; ///< pixels from the surface's start
+        std::uint32_t count;
+    };
 
+    /// Some neighbouring pixels of a row that are about to be drawn upon, and remembered for that. Nothing else may be
+    /// written, but for kSpill.
+    Pixel *touch(int y, int first, int count) {
+        Span *const span = roomForSpans();
+        span->first = static_cast<std::uint32_t>(row(y) + first - m_pixels);
+        span->count = static_cast<std::uint32_t>(count);
+        setSpansEnd(span + 1);
+        return m_pixels + span->first;
+    }
+    /// The same for up to kMostSpansAtOnce spans: where the caller writes them, before saying where they end.
+    Span *roomForSpans() {
+        if (m_touched.size() >= kMostSpans) {
+            m_allTouched = true;
+            m_touched.resize(kMostSpans);
+        }
+        return m_touched.end();
+    }
+    void setSpansEnd(const Span *end) { m_touched.setEnd(end); }
+    static constexpr int kMostSpansAtOnce = 1 << 12;
+
+    /// Pixels behind those touched that may be read, and written as they were; as many lie behind the last row. What
+    /// draws in blocks needs no second way for the last one.
+    static constexpr UINT kSpill = 8;
+
+    /// How many spans are remembered, and the ones behind the first `count` of them.
+    std::size_t spanCount() const { return m_touched.size(); }
+    std::span<const Span> spansFrom(std::size_t count) const { return {m_touched.begin() + count, m_touched.end()}; }
+    /// Whether there were more than are remembered: the whole surface counts as touched.
+    bool allTouched() const { return m_allTouched; }
     /// Whether nothing has been touched since the last clear.
     bool isBlank() const { return m_touched.empty(); }
 
@@ -52,11 +77,7 @@ class Surface {
     void clear();
 
   private:
-    struct Span {
-        std::uint32_t first; ///< pixels from the surface's start
-        std::uint32_t count;
-    };
-    /// Half a megabyte and fifty times what an outline needs; more is cleared faster as a whole.
+    /// Half a megabyte and several times what an outline needs; more is cleared faster as a whole.
     static constexpr std::size_t kMostSpans = 1 << 16;
 
     void release();
@@ -66,7 +87,7 @@ class Surface {
     int m_width = 0;
     int m_height = 0;
     Quill::PodBuffer<Span> m_touched;
-    bool m_allTouched = false; ///< more was touched than is remembered
+    bool m_allTouched = false;
 };
 
 } // namespace canvas

@@ -13,16 +13,11 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define PLATFORM_STREAMS_BLOCKS 1
-#else
-#define PLATFORM_STREAMS_BLOCKS 0
-#endif
+#include "platform/sse2.h"
 
 namespace platform {
 
-#if PLATFORM_STREAMS_BLOCKS
+#ifdef ORVANEL_SSE2
 namespace {
 
 constexpr std::size_t kLine = 64;
@@ -53,7 +48,7 @@ void streamLines(unsigned char *destination, const unsigned char *source, std::s
 #endif
 
 void copyBlock(void *destination, const void *source, std::size_t bytes) {
-#if PLATFORM_STREAMS_BLOCKS
+#ifdef ORVANEL_SSE2
     if (bytes >= kStreamedBlock) {
         unsigned char *to = static_cast<unsigned char *>(destination);
         const unsigned char *from = static_cast<const unsigned char *>(source);
