@@ -33,12 +33,28 @@ void forEachShownHandle(const std::vector<MPoint> &points, Visit visit) {
     }
 }
 
+// Pixels from a mark's middle to its border, and to the inner side of its dark ring: what lies within is opaque.
+struct MarkRadii {
+    int outer;
+    int ring;
+    int opaque() const { return outer - ring; }
+
+    MarkRadii(float radius, float scale) : outer(scaled(radius, scale)), ring(std::max(1, scaled(1, scale))) {}
+};
+
 // From outside inwards: dark ring, light ring, colour.
-std::array<MarkLayer, 3> markLayers(float radius, const CanvasColor &inside, float scale) {
-    const int outer = scaled(radius, scale);
-    const int ring = std::max(1, scaled(1, scale));
+std::array<MarkLayer, 3> markLayers(const MarkRadii &radii, const CanvasColor &inside) {
     const auto size = [](int half) { return static_cast<std::uint32_t>(2 * half + 1); };
-    return {{{size(outer), kDarkRing}, {size(outer - ring), kLightRing}, {size(outer - 2 * ring), toPixel(inside)}}};
+    return {{{size(radii.outer), kDarkRing},
+             {size(radii.opaque()), kLightRing},
+             {size(radii.opaque() - radii.ring), toPixel(inside)}}};
+}
+
+// How much of a line of this reach the marks at its ends hide, reckoned from their middles.
+double hiddenLength(double reach, float scale) {
+    const double opaque = std::min(MarkRadii(kAnchorRadius, scale).opaque(), MarkRadii(kHandleRadius, scale).opaque());
+    constexpr double kMargin = 1.0 / 16;
+    return std::sqrt(std::max(0.0, opaque * opaque - reach * reach)) - kMargin;
 }
 
 } // namespace
@@ -82,20 +98,20 @@ void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline, 
     const StrokeLook look = handleLook(outline.style, outline.scale);
     m_handlePalette.prepare(look, below);
     m_stroker.begin(surface, look);
-    forEachShownHandle(outline.points, [this](const MPoint &anchor, const MPoint &control) {
-        const Position ends[] = {toPosition(anchor), toPosition(control)};
-        m_stroker.addPolyline(ends, false);
+    const double hidden = hiddenLength(static_cast<double>(look.reach()), outline.scale);
+    forEachShownHandle(outline.points, [&](const MPoint &anchor, const MPoint &control) {
+        m_stroker.addLine(toPosition(anchor), toPosition(control), hidden);
     });
     m_stroker.paint(m_handlePalette);
 }
 
 void OutlinePainter::paintMarks(Surface &surface, const Outline &outline) {
-    const auto anchorLayers = markLayers(kAnchorRadius, outline.style.stroke, outline.scale);
+    const auto anchorLayers = markLayers({kAnchorRadius, outline.scale}, outline.style.stroke);
     const Stamp &anchorMark = m_marks.stamp(MarkShape::Square, anchorLayers);
     for (std::size_t i = 0; i < outline.points.size(); ++i)
         if (isAnchor(i))
             anchorMark.paint(surface, outline.points[i].x, outline.points[i].y);
-    const auto handleLayers = markLayers(kHandleRadius, outline.style.handle, outline.scale);
+    const auto handleLayers = markLayers({kHandleRadius, outline.scale}, outline.style.handle);
     const Stamp &handleMark = m_marks.stamp(MarkShape::Round, handleLayers);
     forEachShownHandle(outline.points,
                        [&](const MPoint &, const MPoint &control) { handleMark.paint(surface, control.x, control.y); });

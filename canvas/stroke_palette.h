@@ -33,13 +33,11 @@ class StrokePalette {
 
     Pixel expected() const { return m_expected; }
 
-    /// The pixel at a nearness over nothing; over `below`, which is transparent or the expected colour; over any
-    /// colour.
+    /// The pixel at a nearness over nothing, and over `below`, which is transparent or the expected colour.
     Pixel overNothing(std::uint8_t nearness) const { return m_pixels[nearness]; }
     Pixel overKnown(Pixel below, std::uint8_t nearness) const {
         return m_pixels[static_cast<std::size_t>(below != kTransparent) << 8 | nearness];
     }
-    Pixel overAny(Pixel below, std::uint8_t nearness) const { return over(below, m_pixels[nearness]); }
 
   private:
     StrokeLook m_look;

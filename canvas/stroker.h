@@ -5,10 +5,10 @@
 #include <span>
 #include <vector>
 
-#include "canvas/stroke_body.h"
+#include "canvas/dot_pattern.h"
 #include "canvas/stroke_palette.h"
+#include "canvas/stroke_rows.h"
 #include "canvas/surface.h"
-#include "mask/pod_buffer.h"
 
 namespace canvas {
 
@@ -17,54 +17,53 @@ namespace canvas {
 /// the next.
 class Stroker {
   public:
-    /// Starts a collection of lines of one look for this surface.
+    /// Starts a collection of lines of one look for this surface. Throws std::bad_alloc, as addPolyline() does.
     void begin(Surface &surface, const StrokeLook &look);
     /// A line through all positions, with round joints; `closed` joins its end, where it starts, too, and an open one
     /// has round ends. A single position is a dot.
     void addPolyline(std::span<const Position> positions, bool closed);
-    /// Lays the collected lines over the surface in the palette of their look. All three throw std::bad_alloc; the
-    /// surface is whole then, but part of the lines may be missing.
+    /// A straight line whose ends are going to be hidden: so much of it (pixels) at either end, and half its width
+    /// around them, may be left out.
+    void addLine(const Position &from, const Position &to, double hidden);
+    /// Lays the collected lines over the surface in the palette of their look.
     void paint(const StrokePalette &palette);
 
   private:
-    /// Some pixels of one row and how far they are from the line.
-    struct Span {
-        std::int32_t next; ///< index of the row's next span
-        std::uint16_t first;
-        std::uint16_t end;
-        std::int32_t distance; ///< of the first pixel, StrokeBodyRows::kDistanceFraction bits; a dot's index
-        std::int32_t step;     ///< kDotSpan for a dot
+    /// The rows of a segment's body, in the list of the band that holds the next one.
+    struct Body {
+        Body(const StrokeBody &body, double reach, double stepsPerPixel, int height)
+            : rows(body, reach, stepsPerPixel, height) {}
+
+        StrokeRows rows;
+        std::int32_t next = -1;
+    };
+    /// Rows that are drawn together.
+    struct Band {
+        int firstRow;
+        int endRow;
+        std::uint32_t start; ///< the surface's pixels before it
     };
 
-    void addSegment(const StrokeBody &body);
-    void keep(const StrokeBody &body);
+    StrokeJoint join(const StrokeSegment &first, const StrokeSegment &second);
+    void addBody(const StrokeSegment &segment, const Direction &start, const Direction &end, double hidden = 0);
     void addDot(const Position &centre);
-    bool collectSpans(int firstRow, int endRow);
-    void addBodySpans(const StrokeBody &body, int firstRow, int endRow);
-    void addDotSpans(std::int32_t dot, int firstRow, int endRow);
-    template <bool kOverBlank>
-    void paintRows(const StrokePalette &palette);
-    template <bool kOverBlank>
-    void paintRow(int y, const StrokePalette &palette);
-    template <bool kOverBlank>
-    void paintStretch(Pixel *pixels, int count, int room, const StrokePalette &palette);
-    std::size_t gatherRow(int y);
-    void raiseDot(std::uint8_t *nearness, const Span &span, int y) const;
-    void prefetchRow(int y);
+    void link(std::int32_t body);
+    void raiseBodies(const Band &band, std::int32_t firstBody);
+    void raiseDot(const Band &band, const Position &centre);
+    void paintSpans(const Band &band, std::span<const Surface::Span> spans, const StrokePalette &palette);
 
     Surface *m_surface = nullptr;
     double m_reach = 0;
     double m_stepsPerPixel = 0; ///< of nearness
+    Extent m_sight = {};        ///< ends of segments beyond it may be moved to its sides
+    int m_bandRows = 0;         ///< but for the last one
 
-    std::vector<StrokeBody> m_bodies;
+    std::vector<StrokeSegment> m_segments; ///< of one line
+    std::vector<Body> m_bodies;
+    std::vector<std::int32_t> m_bands; ///< first body of each band's list
     std::vector<Position> m_dots;
-    double m_top = 0; ///< the highest and the lowest row that a body's end or a dot's centre lies in
-    double m_bottom = 0;
-    Quill::PodBuffer<Span> m_spans;
-    std::vector<std::int32_t> m_rowHeads; ///< index of each row's last span, from m_firstRow on
-    int m_firstRow = 0;
-    Quill::PodBuffer<Span> m_rowSpans;    ///< of one row, by first column
-    std::vector<std::uint8_t> m_nearness; ///< of some neighbouring pixels; all zero in between
+    DotPattern m_dotPattern;
+    std::vector<std::uint8_t> m_nearness; ///< of a band's pixels; all zero in between
 };
 
 } // namespace canvas

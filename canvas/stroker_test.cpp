@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <span>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -178,7 +179,8 @@ TEST(Stroker, KnownColourBelowOnlySavesTime) {
     EXPECT_EQ(pixelsOf(surfaces[0]), pixelsOf(surfaces[1]));
 }
 
-TEST(Stroker, BlankSurfaceOnlySavesTime) {
+// Strokes over something are laid over it pixel by pixel, whatever blocks they are painted in.
+TEST(Stroker, OverAPictureEveryPixelIsBlendedOnce) {
     std::mt19937 random(29);
     std::uniform_real_distribution<double> place(-20, 120);
     std::uniform_int_distribution<int> extent(1, 100);
@@ -188,19 +190,60 @@ TEST(Stroker, BlankSurfaceOnlySavesTime) {
             position = {place(random), place(random)};
         const int width = extent(random);
         const int height = extent(random);
-        const StrokeLook style = look(0.75F + static_cast<float>(round % 7));
+        StrokeLook style = look(0.75F + static_cast<float>(round % 7));
+        style.edge = 0xB0000000;
 
-        Surface touched;
-        ASSERT_EQ(touched.resize(static_cast<UINT>(width), static_cast<UINT>(height)), S_OK);
-        touched.touch(0, 0, 1);
+        Surface surface;
+        ASSERT_EQ(surface.resize(static_cast<UINT>(width), static_cast<UINT>(height)), S_OK);
+        for (int y = 0; y < height; ++y)
+            for (Pixel &pixel : std::span(surface.touch(y, 0, width), static_cast<std::size_t>(width)))
+                pixel = random() % 4 ? static_cast<Pixel>(random() | 1U << 24) : canvas::kTransparent;
+        std::vector<Pixel> expected = pixelsOf(surface);
+        const std::vector<Pixel> alone = drawn(line, round % 2 == 0, style, width, height);
+        std::transform(expected.begin(), expected.end(), alone.begin(), expected.begin(), canvas::over);
+
         StrokePalette palette;
         palette.prepare(style, canvas::kTransparent);
         Stroker stroker;
-        stroker.begin(touched, style);
+        stroker.begin(surface, style);
         stroker.addPolyline(line, round % 2 == 0);
         stroker.paint(palette);
-        ASSERT_EQ(drawn(line, round % 2 == 0, style, width, height), pixelsOf(touched)) << round;
+        ASSERT_EQ(pixelsOf(surface), expected) << round;
     }
+}
+
+TEST(Stroker, HiddenEndsChangeNothingThatIsNotHidden) {
+    std::mt19937 random(41);
+    std::uniform_real_distribution<double> place(-10, 90);
+    constexpr int kSide = 80;
+    const StrokeLook style = canvas::handleLook({{}, {}, CanvasColor::fromArgb(0xFF4AE1E1), 0}, 1);
+    const auto reach = static_cast<double>(style.reach());
+    int left = 0;
+    for (int round = 0; round < 400; ++round) {
+        const Position ends[] = {{place(random), place(random)}, {place(random), place(random)}};
+        const double hidden = round % 12;
+        const auto whole = drawn({ends[0], ends[1]}, false, style, kSide, kSide);
+        Surface surface;
+        ASSERT_EQ(surface.resize(kSide, kSide), S_OK);
+        StrokePalette palette;
+        palette.prepare(style, canvas::kTransparent);
+        Stroker stroker;
+        stroker.begin(surface, style);
+        stroker.addLine(ends[0], ends[1], hidden);
+        stroker.paint(palette);
+        const double radius = std::hypot(hidden, reach) + 0.05;
+        for (int y = 0; y < kSide; ++y)
+            for (int x = 0; x < kSide; ++x) {
+                const bool isHidden = std::hypot(x - ends[0].x, y - ends[0].y) <= radius ||
+                                      std::hypot(x - ends[1].x, y - ends[1].y) <= radius;
+                const Pixel pixel = surface.row(y)[x];
+                if (!isHidden)
+                    ASSERT_EQ(pixel, whole[static_cast<std::size_t>(y * kSide + x)]) << round << ": " << x << ' ' << y;
+                else
+                    left += pixel != whole[static_cast<std::size_t>(y * kSide + x)];
+            }
+    }
+    EXPECT_GT(left, 1000) << "something was left out";
 }
 
 TEST(Stroker, UsedAgainItStartsAnew) {
@@ -220,8 +263,8 @@ TEST(Stroker, UsedAgainItStartsAnew) {
     EXPECT_EQ(pixelsOf(surface), drawn({{5, 5}, {30, 9}}, false, look(2), 40, 24));
 }
 
-// More ink than is kept at a time: bands of rows, and no seam between them.
-TEST(Stroker, MoreSpansThanAreKeptLeaveNoSeam) {
+// More spans than a surface remembers, in many bands of rows: no seam between them.
+TEST(Stroker, MoreSpansThanAreRememberedLeaveNoSeam) {
     constexpr int kWidth = 4200;
     constexpr int kHeight = 3000;
     Surface surface;

@@ -4,10 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define ORVANEL_SSE2 1
-#include <emmintrin.h>
-#endif
+#include "platform/sse2.h"
 
 // Several values computed at once where the processor can. The portable forms say what the results are; the others give
 // the same.
@@ -56,13 +53,6 @@ class PortableInt16Lanes {
         for (int i = 0; i < kCount; ++i)
             bytes[i] = std::max(bytes[i], static_cast<std::uint8_t>(std::clamp<int>(m_lanes[i], 0, 255)));
     }
-    /// Eight bytes, the first in the lowest bits: the lanes, which are limited to 0..255.
-    std::uint64_t packed() const {
-        std::uint64_t bytes = 0;
-        for (int i = 0; i < kCount; ++i)
-            bytes |= static_cast<std::uint64_t>(std::clamp<int>(m_lanes[i], 0, 255)) << (8 * i);
-        return bytes;
-    }
 
   private:
     template <typename Value>
@@ -75,16 +65,6 @@ class PortableInt16Lanes {
 
     std::int16_t m_lanes[kCount];
 };
-
-/// Whether eight 32-bit values are all 0.
-inline bool portableAllZero(const std::uint32_t *values) {
-    return std::all_of(values, values + 8, [](std::uint32_t value) { return value == 0; });
-}
-
-/// Whether each of eight 32-bit values is 0 or `other`.
-inline bool portableAllZeroOr(const std::uint32_t *values, std::uint32_t other) {
-    return std::all_of(values, values + 8, [=](std::uint32_t value) { return value == 0 || value == other; });
-}
 
 #ifdef ORVANEL_SSE2
 
@@ -114,11 +94,6 @@ class Int16Lanes {
         auto *const target = reinterpret_cast<__m128i *>(bytes);
         _mm_storel_epi64(target, _mm_max_epu8(_mm_loadl_epi64(target), _mm_packus_epi16(m_lanes, m_lanes)));
     }
-    std::uint64_t packed() const {
-        std::uint64_t bytes;
-        _mm_storel_epi64(reinterpret_cast<__m128i *>(&bytes), _mm_packus_epi16(m_lanes, m_lanes));
-        return bytes;
-    }
 
   private:
     explicit Int16Lanes(__m128i lanes) : m_lanes(lanes) {}
@@ -126,33 +101,9 @@ class Int16Lanes {
     __m128i m_lanes;
 };
 
-inline bool allZero(const std::uint32_t *values) {
-    const auto *const halves = reinterpret_cast<const __m128i *>(values);
-    const __m128i any = _mm_or_si128(_mm_loadu_si128(halves), _mm_loadu_si128(halves + 1));
-    return _mm_movemask_epi8(_mm_cmpeq_epi32(any, _mm_setzero_si128())) == 0xFFFF;
-}
-
-inline bool allZeroOr(const std::uint32_t *values, std::uint32_t other) {
-    const auto *const halves = reinterpret_cast<const __m128i *>(values);
-    const __m128i others = _mm_set1_epi32(static_cast<int>(other));
-    const auto known = [&](__m128i half) {
-        return _mm_or_si128(_mm_cmpeq_epi32(half, _mm_setzero_si128()), _mm_cmpeq_epi32(half, others));
-    };
-    const __m128i both = _mm_and_si128(known(_mm_loadu_si128(halves)), known(_mm_loadu_si128(halves + 1)));
-    return _mm_movemask_epi8(both) == 0xFFFF;
-}
-
 #else
 
 using Int16Lanes = PortableInt16Lanes;
-
-inline bool allZero(const std::uint32_t *values) {
-    return portableAllZero(values);
-}
-
-inline bool allZeroOr(const std::uint32_t *values, std::uint32_t other) {
-    return portableAllZeroOr(values, other);
-}
 
 #endif
 
