@@ -32,9 +32,9 @@ namespace canvas {
 namespace {
 
 constexpr std::int32_t kNone = -1;
-// Half a megabyte of nearness. Lower bands share their part of the cache more often, but spend more time on bodies that
-// reach from one into the next.
-constexpr int kMostBandPixels = 1 << 19;
+// A quarter of a megabyte of nearness, half of a common second-level cache. Lower bands spend more time on bodies that
+// reach from one into the next, higher ones gain nothing.
+constexpr int kMostBandPixels = 1 << 18;
 // Spans between asking for pixels and painting them. Not many: the rows of a 4K picture share few places in the nearest
 // cache.
 constexpr std::ptrdiff_t kSpansAhead = 8;
