@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "canvas/look.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace canvas {
@@ -32,6 +33,16 @@ StrokeLook handleLook(const OutlineStyle &style, float scale) {
 
 int scaled(float length, float scale) {
     return static_cast<int>(std::floor(length * scale + 0.5F));
+}
+
+MarkRadii::MarkRadii(float radius, float scale) : outer(scaled(radius, scale)), ring(std::max(1, scaled(1, scale))) {}
+
+double hiddenByMarks(const StrokeLook &line, float scale) {
+    static_assert(alphaOf(kLightRing) == 255);
+    constexpr double kMargin = 1.0 / 16;
+    const double opaque = std::min(MarkRadii(kAnchorRadius, scale).opaque(), MarkRadii(kHandleRadius, scale).opaque());
+    const auto reach = static_cast<double>(line.reach());
+    return std::sqrt(opaque * opaque - reach * reach) - kMargin;
 }
 
 } // namespace canvas

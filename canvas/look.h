@@ -37,4 +37,18 @@ StrokeLook handleLook(const OutlineStyle &style, float scale);
 /// A length in pixels at one scale, rounded to nearest.
 int scaled(float length, float scale);
 
+/// Pixels from a mark's middle one to its outermost ones, and across each of its two rings. What lies within the dark
+/// ring is opaque.
+struct MarkRadii {
+    int outer;
+    int ring;
+
+    MarkRadii(float radius, float scale);
+    int opaque() const { return outer - ring; }
+};
+
+/// How much of a line between an anchor and a handle lies hidden below the mark at either end (pixels), with all of its
+/// width. A round end is hidden, too.
+double hiddenByMarks(const StrokeLook &line, float scale);
+
 } // namespace canvas

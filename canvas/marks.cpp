@@ -95,10 +95,11 @@ void Stamp::paintWhole(Surface &surface, int left, int top) const {
 
 void Stamp::paintPart(Surface &surface, const MarkWindow &window, int left, int top) const {
     for (int row = window.firstRow; row < window.endRow; ++row) {
-        Pixel *const pixels = surface.touch(row, window.first, window.end - window.first) - window.first;
-        const Pixel *const source = m_pixels.data() + (row - top) * m_groups * kGroup - left;
+        surface.touch(row, window.first, window.end - window.first);
+        Pixel *const pixels = surface.row(row);
+        const Pixel *const source = m_pixels.data() + (row - top) * m_groups * kGroup;
         for (int column = window.first; column < window.end; ++column)
-            pixels[column] = over(pixels[column], source[column]);
+            pixels[column] = over(pixels[column], source[column - left]);
     }
 }
 

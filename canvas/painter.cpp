@@ -33,28 +33,12 @@ void forEachShownHandle(const std::vector<MPoint> &points, Visit visit) {
     }
 }
 
-// Pixels from a mark's middle to its border, and to the inner side of its dark ring: what lies within is opaque.
-struct MarkRadii {
-    int outer;
-    int ring;
-    int opaque() const { return outer - ring; }
-
-    MarkRadii(float radius, float scale) : outer(scaled(radius, scale)), ring(std::max(1, scaled(1, scale))) {}
-};
-
 // From outside inwards: dark ring, light ring, colour.
 std::array<MarkLayer, 3> markLayers(const MarkRadii &radii, const CanvasColor &inside) {
     const auto size = [](int half) { return static_cast<std::uint32_t>(2 * half + 1); };
     return {{{size(radii.outer), kDarkRing},
              {size(radii.opaque()), kLightRing},
              {size(radii.opaque() - radii.ring), toPixel(inside)}}};
-}
-
-// How much of a line of this reach the marks at its ends hide, reckoned from their middles.
-double hiddenLength(double reach, float scale) {
-    const double opaque = std::min(MarkRadii(kAnchorRadius, scale).opaque(), MarkRadii(kHandleRadius, scale).opaque());
-    constexpr double kMargin = 1.0 / 16;
-    return std::sqrt(std::max(0.0, opaque * opaque - reach * reach)) - kMargin;
 }
 
 } // namespace
@@ -98,7 +82,7 @@ void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline, 
     const StrokeLook look = handleLook(outline.style, outline.scale);
     m_handlePalette.prepare(look, below);
     m_stroker.begin(surface, look);
-    const double hidden = hiddenLength(static_cast<double>(look.reach()), outline.scale);
+    const double hidden = hiddenByMarks(look, outline.scale);
     forEachShownHandle(outline.points, [&](const MPoint &anchor, const MPoint &control) {
         m_stroker.addLine(toPosition(anchor), toPosition(control), hidden);
     });

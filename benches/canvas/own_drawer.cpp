@@ -71,11 +71,10 @@ std::vector<HandleLine> handleLinesOf(const Scene &scene) {
 std::vector<Mark> marksOf(const Scene &scene) {
     std::vector<Mark> marks;
     const auto own = [&](const MPoint &point, bool round, canvas::Pixel inside) {
-        const int outer = canvas::scaled(round ? canvas::kHandleRadius : canvas::kAnchorRadius, scene.scale);
-        const int ring = std::max(1, canvas::scaled(1, scene.scale));
-        marks.push_back({point, round, 2.0 * outer + 1, canvas::kDarkRing});
-        marks.push_back({point, round, 2.0 * (outer - ring) + 1, canvas::kLightRing});
-        marks.push_back({point, round, 2.0 * (outer - 2 * ring) + 1, inside});
+        const canvas::MarkRadii radii(round ? canvas::kHandleRadius : canvas::kAnchorRadius, scene.scale);
+        marks.push_back({point, round, 2.0 * radii.outer + 1, canvas::kDarkRing});
+        marks.push_back({point, round, 2.0 * radii.opaque() + 1, canvas::kLightRing});
+        marks.push_back({point, round, 2.0 * (radii.opaque() - radii.ring) + 1, inside});
     };
     const auto given = [&](const MPoint &point, int base, const CanvasColor &color) {
         const double size = std::floor(static_cast<float>(base) * scene.scale + 0.5F);
