@@ -21,10 +21,6 @@ class PortableFourPixels {
     friend bool areDisjoint(const PortableFourPixels &a, const PortableFourPixels &b) {
         return a.all([&](int i) { return a.m_pixels[i] == kTransparent || b.m_pixels[i] == kTransparent; });
     }
-    /// Whether each is transparent or `color`.
-    bool areTransparentOr(Pixel color) const {
-        return all([&](int i) { return m_pixels[i] == kTransparent || m_pixels[i] == color; });
-    }
     /// Both of two that are disjoint.
     friend PortableFourPixels operator|(const PortableFourPixels &a, const PortableFourPixels &b) {
         return a.with(b, [](Pixel first, Pixel second) { return first | second; });
@@ -63,9 +59,6 @@ class FourPixels {
 
     friend bool areDisjoint(FourPixels a, FourPixels b) {
         return isEverywhere(_mm_or_si128(equal(a.m_pixels, kTransparent), equal(b.m_pixels, kTransparent)));
-    }
-    bool areTransparentOr(Pixel color) const {
-        return isEverywhere(_mm_or_si128(equal(m_pixels, kTransparent), equal(m_pixels, color)));
     }
     friend FourPixels operator|(FourPixels a, FourPixels b) { return FourPixels(_mm_or_si128(a.m_pixels, b.m_pixels)); }
 

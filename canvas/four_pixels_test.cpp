@@ -61,10 +61,6 @@ void expectTests() {
     EXPECT_TRUE(areDisjoint(some, Pixels(0, 7, 0, 0)));
     EXPECT_FALSE(areDisjoint(some, Pixels(0, 7, 0x80000000, 0)));
     EXPECT_FALSE(areDisjoint(Pixels(5, 0, 0, 0), some));
-    EXPECT_TRUE(Pixels(0, 9, 9, 0).areTransparentOr(9));
-    EXPECT_FALSE(Pixels(0, 9, 9, 8).areTransparentOr(9));
-    EXPECT_TRUE(Pixels(0, 0, 0, 0).areTransparentOr(0));
-    EXPECT_FALSE(Pixels(0, 0, 0, 3).areTransparentOr(0));
 
     Four both;
     (some | Pixels(0, 7, 0, 2)).store(both.data());

@@ -46,11 +46,11 @@ std::array<MarkLayer, 3> markLayers(const MarkRadii &radii, const CanvasColor &i
 void OutlinePainter::paint(Surface &surface, const Outline &outline, bool withMarks) {
     if (surface.empty() || outline.points.empty())
         return;
-    const Pixel fill = toPixel(outline.style.fill);
-    const Pixel below = outline.isMask && m_fill.fill(surface, outline.points, fill) ? fill : kTransparent;
-    paintLine(surface, outline, below);
+    if (outline.isMask)
+        m_fill.fill(surface, outline.points, toPixel(outline.style.fill));
+    paintLine(surface, outline);
     if (withMarks) {
-        paintHandleLines(surface, outline, below);
+        paintHandleLines(surface, outline);
         paintMarks(surface, outline);
     }
 }
@@ -62,7 +62,7 @@ void OutlinePainter::paintMark(Surface &surface, const MPoint &point, std::uint3
     m_marks.paint(surface, shape, point.x, point.y, {size, color});
 }
 
-void OutlinePainter::paintLine(Surface &surface, const Outline &outline, Pixel below) {
+void OutlinePainter::paintLine(Surface &surface, const Outline &outline) {
     const StrokeLook look = outlineLook(outline.style, outline.scale);
     const int margin = static_cast<int>(std::ceil(look.reach())) + 1;
     flattenOutline(outline.points, surface.width(), surface.height(), margin, m_path);
@@ -72,15 +72,15 @@ void OutlinePainter::paintLine(Surface &surface, const Outline &outline, Pixel b
     // The flattener may end a segment a little off its end point.
     if (m_path.closed && m_positions.back() != m_positions.front())
         m_positions.push_back(m_positions.front());
-    m_linePalette.prepare(look, below);
+    m_linePalette.prepare(look);
     m_stroker.begin(surface, look);
     m_stroker.addPolyline(m_positions, m_path.closed);
     m_stroker.paint(m_linePalette);
 }
 
-void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline, Pixel below) {
+void OutlinePainter::paintHandleLines(Surface &surface, const Outline &outline) {
     const StrokeLook look = handleLook(outline.style, outline.scale);
-    m_handlePalette.prepare(look, below);
+    m_handlePalette.prepare(look);
     m_stroker.begin(surface, look);
     const double hidden = hiddenByMarks(look, outline.scale);
     forEachShownHandle(outline.points, [&](const MPoint &anchor, const MPoint &control) {

@@ -30,8 +30,8 @@ class OutlinePainter {
     void paintMark(Surface &surface, const MPoint &point, std::uint32_t size, Pixel color);
 
   private:
-    void paintLine(Surface &surface, const Outline &outline, Pixel below);
-    void paintHandleLines(Surface &surface, const Outline &outline, Pixel below);
+    void paintLine(Surface &surface, const Outline &outline);
+    void paintHandleLines(Surface &surface, const Outline &outline);
     void paintMarks(Surface &surface, const Outline &outline);
 
     OutlinePath m_path;

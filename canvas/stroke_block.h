@@ -50,19 +50,16 @@ inline BlockNearness takeBlock(std::uint8_t *nearness) {
 inline void paintBlock(Pixel *pixels, BlockNearness nearness, const StrokePalette &palette) {
     std::uint8_t at[kBlock];
     std::memcpy(at, &nearness, sizeof(at));
-    const auto four = [](int i, auto pixel) { return FourPixels(pixel(i), pixel(i + 1), pixel(i + 2), pixel(i + 3)); };
-    const auto overNothing = [&](int i) { return palette.overNothing(at[i]); };
-    const auto overKnown = [&](int i) { return palette.overKnown(pixels[i], at[i]); };
-    const FourPixels stroke[] = {four(0, overNothing), four(4, overNothing)};
+    const auto four = [&](int i) {
+        return FourPixels(palette.at(at[i]), palette.at(at[i + 1]), palette.at(at[i + 2]), palette.at(at[i + 3]));
+    };
+    const FourPixels stroke[] = {four(0), four(4)};
     const FourPixels below[] = {FourPixels::load(pixels), FourPixels::load(pixels + 4)};
     FourPixels result[] = {below[0] | stroke[0], below[1] | stroke[1]};
     const bool areFree[] = {areDisjoint(below[0], stroke[0]), areDisjoint(below[1], stroke[1])};
-    if (!areFree[0] || !areFree[1]) {
-        const bool areKnown[] = {below[0].areTransparentOr(palette.expected()),
-                                 below[1].areTransparentOr(palette.expected())};
+    if (!areFree[0] || !areFree[1])
         for (int i = 0; i < 2; ++i)
-            result[i] = areKnown[0] && areKnown[1] ? four(4 * i, overKnown) : over(below[i], stroke[i]);
-    }
+            result[i] = over(below[i], stroke[i]);
     result[0].store(pixels);
     result[1].store(pixels + 4);
 }

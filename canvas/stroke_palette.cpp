@@ -18,19 +18,16 @@ Pixel partly(Pixel color, double part) {
 
 } // namespace
 
-void StrokePalette::prepare(const StrokeLook &look, Pixel expected) {
-    if (look == m_look && expected == m_expected)
+void StrokePalette::prepare(const StrokeLook &look) {
+    if (look == m_look)
         return;
     m_look = look;
-    m_expected = expected;
     m_pixels[0] = kTransparent;
-    m_pixels[256] = expected;
     for (std::size_t nearness = 1; nearness < 256; ++nearness) {
         const double distance = static_cast<double>(255 - nearness) / look.stepsPerPixel();
         const Pixel edge = partly(look.edge, coverage(look.edgeHalfWidth, distance));
         const Pixel core = partly(look.core, coverage(look.coreHalfWidth, distance));
         m_pixels[nearness] = over(edge, core);
-        m_pixels[256 + nearness] = over(expected, m_pixels[nearness]);
     }
 }
 

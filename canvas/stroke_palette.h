@@ -27,22 +27,14 @@ struct StrokeLook {
 /// part of a pixel further away (StrokeLook::stepsPerPixel); 0 is no stroke.
 class StrokePalette {
   public:
-    /// Prepares the pixels as they come out over nothing, and over the colour that much of the surface is expected to
-    /// have.
-    void prepare(const StrokeLook &look, Pixel expected);
+    void prepare(const StrokeLook &look);
 
-    Pixel expected() const { return m_expected; }
-
-    /// The pixel at a nearness over nothing, and over `below`, which is transparent or the expected colour.
-    Pixel overNothing(std::uint8_t nearness) const { return m_pixels[nearness]; }
-    Pixel overKnown(Pixel below, std::uint8_t nearness) const {
-        return m_pixels[static_cast<std::size_t>(below != kTransparent) << 8 | nearness];
-    }
+    /// The pixel at a nearness, over nothing.
+    Pixel at(std::uint8_t nearness) const { return m_pixels[nearness]; }
 
   private:
     StrokeLook m_look;
-    Pixel m_expected = kTransparent;
-    std::array<Pixel, 512> m_pixels{};
+    std::array<Pixel, 256> m_pixels{};
 };
 
 } // namespace canvas
