@@ -3,10 +3,11 @@
 
 include_guard(GLOBAL)
 
-# orvanel_add_room(NAME [DEPENDS room...] [LIBS target...] [TEST_LIBS target...])
-# DEPENDS names other rooms. TEST_LIBS is what the room's test program needs beyond the room.
+# orvanel_add_room(NAME [DEPENDS room...] [LIBS target...] [TEST_LIBS target...] [TEST_LOCKS name...])
+# DEPENDS names other rooms. TEST_LIBS is what the room's test program needs beyond the room, TEST_LOCKS what it shares with
+# other programs (ORVANEL_SHARED_NAMES).
 function(orvanel_add_room name)
-    cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBS;TEST_LIBS" ${ARGN})
+    cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBS;TEST_LIBS;TEST_LOCKS" ${ARGN})
     if(WIN32)
         set(platform win32)
     else()
@@ -25,6 +26,6 @@ function(orvanel_add_room name)
         target_link_libraries(orvanel_${name} INTERFACE orvanel_options ${ROOM_DEPENDS} ${ROOM_LIBS} Threads::Threads)
     endif()
     if(BUILD_TESTING AND test_sources)
-        orvanel_add_test(${name}_test SOURCES ${test_sources} LIBS orvanel_${name} ${ROOM_TEST_LIBS})
+        orvanel_add_test(${name}_test SOURCES ${test_sources} LIBS orvanel_${name} ${ROOM_TEST_LIBS} LOCKS ${ROOM_TEST_LOCKS})
     endif()
 endfunction()

@@ -58,10 +58,33 @@ function(orvanel_write_not_on_windows)
     file(WRITE "${PROJECT_BINARY_DIR}/not-on-windows.txt" "${list}")
 endfunction()
 
-# orvanel_add_test(NAME SOURCES file... LIBS target...)
+# What all processes of a Windows session share, and what the tests do to it. Two tests that name the same one in LOCKS never
+# run at once. Elsewhere each of these is a process's own, and nothing is locked.
+set(ORVANEL_SHARED_NAMES
+    update_event # PyMapWrapper_UpdateEvt, which every texture map sets and resets
+    component    # the registration of the drawing component, which comes and goes
+    event_trace  # the log's provider
+    registry     # the log's switches, below a key of the user's
+    dump_file    # the one path that the fill's debugging picture goes to
+    display)     # Direct3D devices, windows that are found by enumeration
+
+# orvanel_lock_names(TEST name...): of ORVANEL_SHARED_NAMES, those that TEST uses.
+function(orvanel_lock_names test)
+    foreach(name IN LISTS ARGN)
+        if(NOT name IN_LIST ORVANEL_SHARED_NAMES)
+            message(FATAL_ERROR "${test}: there is no shared name '${name}', only ${ORVANEL_SHARED_NAMES}")
+        endif()
+    endforeach()
+    if(WIN32 AND TEST ${test})
+        set_property(TEST ${test} APPEND PROPERTY RESOURCE_LOCK ${ARGN})
+    endif()
+endfunction()
+
+# orvanel_add_test(NAME SOURCES file... LIBS target... [LOCKS name...])
 # A GoogleTest program; each of its tests is one ctest entry NAME.Suite.Test. A program that links Python27::Embed gets PYTHONHOME.
+# LOCKS: see ORVANEL_SHARED_NAMES.
 function(orvanel_add_test name)
-    cmake_parse_arguments(TEST "" "" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(TEST "" "" "SOURCES;LIBS;LOCKS" ${ARGN})
     if(NOT BUILD_TESTING)
         return()
     endif()
@@ -90,6 +113,7 @@ function(orvanel_add_test name)
         # Starting a program in the emulator takes longer than most of its cases: one entry for all of them.
         add_test(NAME ${name} COMMAND ${name})
         set_tests_properties(${name} PROPERTIES TIMEOUT ${ORVANEL_TEST_TIMEOUT})
+        orvanel_lock_names(${name} ${TEST_LOCKS})
         return()
     endif()
     gtest_discover_tests(${name}
@@ -107,11 +131,11 @@ function(_orvanel_python_environment result root)
         "ORVANEL_BUILD_DIR=${root}${PROJECT_BINARY_DIR}" PARENT_SCOPE)
 endfunction()
 
-# orvanel_add_python_test(NAME FILE [ENVIRONMENT name=value...] [LABELS label...] [NOT_ON_WINDOWS reason])
+# orvanel_add_python_test(NAME FILE [ENVIRONMENT name=value...] [LABELS label...] [LOCKS name...] [NOT_ON_WINDOWS reason])
 # Runs the unittest cases of FILE under Python 2.7 with the built modules and packages on the path; on Windows too, under the
 # interpreter for Windows, unless there is a reason against it.
 function(orvanel_add_python_test name file)
-    cmake_parse_arguments(TEST "" "NOT_ON_WINDOWS" "ENVIRONMENT;LABELS" ${ARGN})
+    cmake_parse_arguments(TEST "" "NOT_ON_WINDOWS" "ENVIRONMENT;LABELS;LOCKS" ${ARGN})
     if(NOT BUILD_TESTING)
         return()
     endif()
@@ -150,4 +174,5 @@ function(orvanel_add_python_test name file)
         ENVIRONMENT "${environment}"
         # unittest calls a file without tests a success.
         FAIL_REGULAR_EXPRESSION "Ran 0 tests")
+    orvanel_lock_names(${name} ${TEST_LOCKS})
 endfunction()
