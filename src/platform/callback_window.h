@@ -17,6 +17,8 @@ class CallbackWindow {
     void create(const wchar_t *name, void *owner, Dispatch dispatch);
     /// Clears the window's user data, so that no message reaches the owner any more.
     void detach();
+    /// Detaches and ends the window. On another thread than the one that made it: as soon as that one looks at its
+    /// messages.
     void destroy();
     HWND handle() const { return m_handle; }
     /// The system's default treatment of a message (0 where there is no window).

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/fork.h"
+
 namespace platform {
 namespace {
 
@@ -22,7 +24,11 @@ struct Registry {
 
 Registry &registry() {
     // Never destroyed: components register from static constructors and objects may outlive static destruction.
-    static Registry *const instance = new Registry;
+    static Registry *const instance = [] {
+        Registry *const made = new Registry;
+        holdAcrossForks(made->mutex);
+        return made;
+    }();
     return *instance;
 }
 

@@ -9,7 +9,8 @@ namespace platform {
 /// Time-out of Event::wait that never runs out.
 inline constexpr std::uint32_t kInfinite = 0xFFFFFFFFU;
 
-/// A signal that threads wait for: a kernel event on Windows, a mutex and a condition elsewhere.
+/// A signal that threads wait for: a kernel event on Windows, where the system grants one, a mutex and a condition
+/// else.
 class Event {
   public:
     enum class Reset { Manual, Automatic };

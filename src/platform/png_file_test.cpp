@@ -12,6 +12,7 @@
 
 #include "platform/halftone_palette.h"
 #include "platform/png_read_back_test.h"
+#include "platform/test_path.h"
 
 namespace platform {
 namespace {
@@ -19,9 +20,7 @@ namespace {
 /// A folder of this test's own, gone with it.
 class PngFileTest : public testing::Test {
   protected:
-    PngFileTest()
-        : m_folder(std::filesystem::path(testing::TempDir()) /
-                   ("orvanel_png_" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()))) {
+    PngFileTest() : m_folder(ownTemporaryPath("orvanel_png_")) {
         std::filesystem::remove_all(m_folder);
         std::filesystem::create_directories(m_folder);
     }

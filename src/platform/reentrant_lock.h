@@ -45,6 +45,12 @@ class ReentrantLock {
             unlock();
         return depth;
     }
+    /// Ends every hold of a thread that is ending, on that thread: some systems have taken its identity away by then.
+    void abandon() {
+        m_depth = 0;
+        m_owner.store(std::thread::id(), std::memory_order_relaxed);
+        m_mutex.unlock();
+    }
     /// Takes the lock as many times again.
     void takeBack(int depth) {
         for (int hold = 0; hold < depth; ++hold)

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string_view>
 
+#include "platform/fork.h"
 #include "platform/log_backend.h"
 #include "platform/multibyte.h"
 #include "platform/printf.h"
@@ -42,7 +43,12 @@ struct State {
 
 State &state() {
     // Never destroyed: threads of the host may still log while the process ends.
-    static State *const instance = new State;
+    static State *const instance = [] {
+        State *const made = new State;
+        platform::holdAcrossForks(made->opening);
+        platform::holdAcrossForks(made->prefixMutex);
+        return made;
+    }();
     return *instance;
 }
 

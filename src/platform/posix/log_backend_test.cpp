@@ -15,6 +15,7 @@
 
 #include "platform/posix/log_settings.h"
 #include "platform/test_environment.h"
+#include "platform/test_path.h"
 
 namespace {
 
@@ -62,8 +63,7 @@ class PosixLogBackendTest : public testing::Test {
     void writeSettings(const std::string &text) const { std::ofstream(m_path) << text; }
 
     LogBackend &backend = systemLogBackend();
-    const std::string m_path =
-        testing::TempDir() + "orvanel_log_" + testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string m_path = ownTemporaryPath("orvanel_log_");
     const ScopedEnvironment m_variable{kLogSettingsVariable, m_path.c_str()};
 };
 

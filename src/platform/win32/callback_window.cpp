@@ -45,8 +45,12 @@ void CallbackWindow::detach() {
 }
 
 void CallbackWindow::destroy() {
-    if (m_handle)
-        DestroyWindow(m_handle);
+    // Only the thread that made a window may destroy it. Another one asks: detached, the window has the system's
+    // default handler, which answers WM_CLOSE by destroying. As a notification it waits for nobody and needs no message
+    // loop, only that the thread looks at its messages again; with the thread's end the window goes anyway.
+    detach();
+    if (m_handle && !DestroyWindow(m_handle))
+        SendNotifyMessageW(m_handle, WM_CLOSE, 0, 0);
     m_handle = nullptr;
 }
 

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -99,6 +100,26 @@ TEST_F(CallbackWindowTest, DestroyEndsTheWindowOnce) {
     EXPECT_EQ(window.handle(), nullptr);
     window.destroy();
     window.detach();
+}
+
+TEST_F(CallbackWindowTest, AnotherThreadsDestroyIsCarriedOutByTheWindowsOwn) {
+    const HWND handle = window.handle();
+    std::thread([this] { window.destroy(); }).join();
+    EXPECT_EQ(window.handle(), nullptr);
+    EXPECT_TRUE(IsWindow(handle)) << "nobody but this thread can have destroyed it";
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageW(&message);
+    EXPECT_FALSE(IsWindow(handle));
+    EXPECT_TRUE(owner.messages.empty());
+}
+
+TEST_F(CallbackWindowTest, AWindowWhoseThreadHasEndedIsGone) {
+    CallbackWindow another;
+    std::thread([this, &another] { another.create(kName, &owner, &dispatch); }).join();
+    EXPECT_FALSE(IsWindow(another.handle()));
+    another.destroy();
+    EXPECT_EQ(another.handle(), nullptr);
 }
 
 /// Windows of this thread, hidden ones too. (Not GetGuiResources: Wine has no answer to it.)

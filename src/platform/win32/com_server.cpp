@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "platform/result_of.h"
 #include "platform/win32/handles.h"
 
 namespace platform {
@@ -57,23 +58,27 @@ LSTATUS writeClass(HKEY root, const std::wstring &keyName, const wchar_t *descri
 } // namespace
 
 HRESULT registerServer(const GUID &clsid, const wchar_t *description) {
-    const std::wstring path = ownPath();
-    if (path.empty())
-        return HRESULT_FROM_WIN32(GetLastError());
-    LSTATUS status = writeClass(HKEY_LOCAL_MACHINE, keyOf(clsid), description, path);
-    if (status == ERROR_ACCESS_DENIED)
-        status = writeClass(HKEY_CURRENT_USER, keyOf(clsid), description, path);
-    return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
+    return resultOf([&]() -> HRESULT {
+        const std::wstring path = ownPath();
+        if (path.empty())
+            return HRESULT_FROM_WIN32(GetLastError());
+        LSTATUS status = writeClass(HKEY_LOCAL_MACHINE, keyOf(clsid), description, path);
+        if (status == ERROR_ACCESS_DENIED)
+            status = writeClass(HKEY_CURRENT_USER, keyOf(clsid), description, path);
+        return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
+    });
 }
 
 HRESULT unregisterServer(const GUID &clsid) {
-    HRESULT result = S_OK;
-    for (HKEY const root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-        const LSTATUS status = RegDeleteTreeW(root, keyOf(clsid).c_str());
-        if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
-            result = HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
-    }
-    return result;
+    return resultOf([&] {
+        HRESULT result = S_OK;
+        for (HKEY const root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+            const LSTATUS status = RegDeleteTreeW(root, keyOf(clsid).c_str());
+            if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
+                result = HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
+        }
+        return result;
+    });
 }
 
 } // namespace platform

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/native_raster.h"
 
+#include <cstring>
+
 #include "platform/win32/gdiplus_session.h"
 
 namespace platform {
 namespace {
 
 namespace flat = Gdiplus::DllExports;
-
-constexpr Gdiplus::ARGB kClearColour = 0x00000000;
-constexpr Gdiplus::ARGB kFillColour = 0xFF0000FF;
 
 void releaseGraphics(Gdiplus::GpGraphics *graphics) {
     flat::GdipDeleteGraphics(graphics);
@@ -32,9 +31,9 @@ struct Drawing {
             flat::GdipCreateBitmapFromScan0(surface.width, surface.height, surface.stride, PixelFormat24bppRGB,
                                             surface.bits, bitmap.put()) != Gdiplus::Ok ||
             flat::GdipGetImageGraphicsContext(bitmap.get(), graphics.put()) != Gdiplus::Ok ||
-            flat::GdipCreateSolidFill(kFillColour, brush.put()) != Gdiplus::Ok)
+            flat::GdipCreateSolidFill(kMaskFillColour, brush.put()) != Gdiplus::Ok)
             return;
-        flat::GdipGraphicsClear(graphics.get(), kClearColour);
+        flat::GdipGraphicsClear(graphics.get(), kMaskClearColour);
         ready = true;
     }
 
@@ -53,13 +52,41 @@ std::vector<Gdiplus::GpPoint> gdiplusPoints(const PixelPoint *points, int count)
     return converted;
 }
 
+using WineVersion = const char *(CDECL *)();
+
 /// Wine's flattener does not end at the fineness that sampling asks for; its library tells that it is there.
-bool isWine() {
-    static const bool found = [] {
+WineVersion wineVersion() {
+    static const WineVersion found = [] {
         const HMODULE library = GetModuleHandleW(L"ntdll.dll");
-        return library && GetProcAddress(library, "wine_get_version") != nullptr;
+        const FARPROC entry = library ? GetProcAddress(library, "wine_get_version") : nullptr;
+        WineVersion version = nullptr;
+        std::memcpy(&version, &entry, sizeof version);
+        return version;
     }();
     return found;
+}
+
+/// The version record of a loaded library, "" when it has none.
+std::string fileVersion(HMODULE library) {
+    const HRSRC found = library ? FindResourceW(library, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16)) : nullptr;
+    const HGLOBAL loaded = found ? LoadResource(library, found) : nullptr;
+    const auto *const bytes = loaded ? static_cast<const std::uint8_t *>(LockResource(loaded)) : nullptr;
+    if (!bytes)
+        return {};
+    // The fixed part follows its signature; nothing before it looks like that.
+    constexpr DWORD kSignature = 0xFEEF04BD;
+    const DWORD size = SizeofResource(library, found);
+    for (DWORD offset = 0; offset + sizeof(VS_FIXEDFILEINFO) <= size; offset += 4) {
+        VS_FIXEDFILEINFO info{};
+        std::memcpy(&info, bytes + offset, sizeof info);
+        if (info.dwSignature != kSignature)
+            continue;
+        std::string version;
+        for (const DWORD part : {info.dwFileVersionMS, info.dwFileVersionLS})
+            version += (version.empty() ? "" : ".") + std::to_string(HIWORD(part)) + "." + std::to_string(LOWORD(part));
+        return version;
+    }
+    return {};
 }
 
 } // namespace
@@ -91,7 +118,7 @@ void nativeFillBeziers(const MaskSurface &surface, const PixelPoint *points, int
 
 bool nativeFlattenBezier(const PixelPoint (&controls)[4], float flatness, std::vector<PixelPoint> &points) {
     Path path;
-    if (isWine() || !startGdiplus() || flat::GdipCreatePath(Gdiplus::FillModeAlternate, path.put()) != Gdiplus::Ok)
+    if (wineVersion() || !startGdiplus() || flat::GdipCreatePath(Gdiplus::FillModeAlternate, path.put()) != Gdiplus::Ok)
         return false;
     INT count = 0;
     if (flat::GdipAddPathBezierI(path.get(), controls[0].x, controls[0].y, controls[1].x, controls[1].y, controls[2].x,
@@ -105,6 +132,34 @@ bool nativeFlattenBezier(const PixelPoint (&controls)[4], float flatness, std::v
     for (const Gdiplus::GpPoint &point : flattened)
         points.push_back({point.X, point.Y});
     return true;
+}
+
+bool nativeFlattenChain(const std::vector<PathPosition> &chain, float flatness, std::vector<PathPosition> &vertices) {
+    Path path;
+    if (!startGdiplus() || flat::GdipCreatePath(Gdiplus::FillModeAlternate, path.put()) != Gdiplus::Ok)
+        return false;
+    std::vector<Gdiplus::GpPointF> points;
+    for (const PathPosition &position : chain)
+        points.emplace_back(position.x, position.y);
+    INT count = 0;
+    if (flat::GdipAddPathBeziers(path.get(), points.data(), static_cast<INT>(points.size())) != Gdiplus::Ok ||
+        flat::GdipFlattenPath(path.get(), nullptr, flatness) != Gdiplus::Ok ||
+        flat::GdipGetPointCount(path.get(), &count) != Gdiplus::Ok || count <= 0)
+        return false;
+    points.resize(static_cast<std::size_t>(count));
+    if (flat::GdipGetPathPoints(path.get(), points.data(), count) != Gdiplus::Ok)
+        return false;
+    for (const Gdiplus::GpPointF &point : points)
+        vertices.push_back({point.X, point.Y});
+    return true;
+}
+
+std::string nativeRasterName() {
+    const std::string version = startGdiplus() ? fileVersion(GetModuleHandleW(L"gdiplus.dll")) : "";
+    std::string name = "gdiplus.dll " + (version.empty() ? "of no version" : version);
+    if (const WineVersion wine = wineVersion())
+        name += std::string(" of Wine ") + wine();
+    return name;
 }
 
 } // namespace platform

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/test_environment.h"
+#include "platform/test_path.h"
 
 // The log on this system's own switches and sinks: a settings file and standard error.
 
@@ -31,8 +32,7 @@ class DiagLogSystemTest : public testing::Test {
         return testing::internal::GetCapturedStderr();
     }
 
-    const std::string m_path =
-        testing::TempDir() + "orvanel_settings_" + testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string m_path = platform::ownTemporaryPath("orvanel_settings_");
     const platform::ScopedEnvironment m_variable{"ORVANEL_LOG_SETTINGS", m_path.c_str()};
 };
 
