@@ -9,11 +9,27 @@
 #include "canvas/look.h"
 #include "canvas/region.h"
 #include "mask/no_throw.h"
+#include "platform/result_of.h"
 
 namespace canvas {
 namespace {
 
 std::atomic<long> g_live = 0;
+
+/// What marks are multiplied with so that they keep to the limits that the outline's scale is drawn with.
+double markFactor(float scale) {
+    return scale > 0
+               ? static_cast<double>(std::clamp(scale, kSmallestScale, kLargestScale)) / static_cast<double>(scale)
+               : 1;
+}
+
+/// A marker's size as it is drawn. Never more than the largest mark: a redraw of a thousand markers has to end.
+std::uint32_t drawnSize(UINT size, double factor) {
+    if (size == 0)
+        return 0;
+    return static_cast<std::uint32_t>(
+        std::clamp(std::floor(static_cast<double>(size) * factor + 0.5), 1.0, static_cast<double>(kLargestMark)));
+}
 
 bool sameGuid(const GUID &a, const GUID &b) {
     return std::memcmp(&a, &b, sizeof(GUID)) == 0;
@@ -89,6 +105,7 @@ HRESULT CanvasComponent::DrawOutline(const MPoint *points, INT count, const Outl
         m_outline.style = style;
         m_outline.isMask = isMask != 0;
         m_outline.scale = std::clamp(sizeScale, kSmallestScale, kLargestScale);
+        m_markFactor = markFactor(sizeScale);
         m_painter.paint(m_surface, m_outline, true);
     });
 }
@@ -98,7 +115,8 @@ HRESULT CanvasComponent::DrawMarker(const MPoint &point, UINT size, const Canvas
         return E_POINTER;
     if (m_hidePoints)
         return S_OK;
-    return Quill::withoutThrowing([&] { m_painter.paintMark(m_surface, point, size, toPixel(color)); });
+    return Quill::withoutThrowing(
+        [&] { m_painter.paintMark(m_surface, point, drawnSize(size, m_markFactor), toPixel(color)); });
 }
 
 HRESULT CanvasComponent::DrawRegion(const PixelRect &rect, const CanvasColor &border, const CanvasColor &fill) {
@@ -129,18 +147,19 @@ void CanvasComponent::forgetDrawing() {
     m_outline.points.clear();
     m_region = PixelRect();
     m_hidePoints = false;
+    m_markFactor = 1;
 }
 
 HRESULT createCanvasComponent(const GUID &iid, void **object) {
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    auto *const component = new (std::nothrow) CanvasComponent;
-    if (!component)
-        return E_OUTOFMEMORY;
-    const HRESULT result = component->QueryInterface(iid, object);
-    component->Release();
-    return result;
+    return platform::resultOf([&] {
+        auto *const component = new CanvasComponent;
+        const HRESULT result = component->QueryInterface(iid, object);
+        component->Release();
+        return result;
+    });
 }
 
 } // namespace canvas

@@ -82,6 +82,7 @@ class CanvasComponent final : public OverlayCanvas {
     CanvasColor m_regionBorder;
     CanvasColor m_regionFill;
     bool m_hidePoints = false;
+    double m_markFactor = 1; ///< of markers, by the scale of the outline since the last clear
 };
 
 /// Makes a component and asks it for an interface. E_POINTER, E_OUTOFMEMORY or E_NOINTERFACE; `*object` is null then.

@@ -228,10 +228,11 @@ TEST(CanvasComponent, CountsAndScalesAreChecked) {
         return pixelsOf(canvas);
     };
     const float infinity = std::numeric_limits<float>::infinity();
-    EXPECT_EQ(drawnAt(infinity), drawnAt(4)) << "scales end at 4";
-    EXPECT_EQ(drawnAt(100), drawnAt(4));
+    EXPECT_EQ(drawnAt(infinity), drawnAt(6)) << "scales end at 6";
+    EXPECT_EQ(drawnAt(100), drawnAt(6));
     EXPECT_EQ(drawnAt(-infinity), drawnAt(0.5F)) << "and at one half";
     EXPECT_EQ(drawnAt(0), drawnAt(0.5F));
+    EXPECT_NE(drawnAt(4), drawnAt(6));
     EXPECT_NE(drawnAt(4), drawnAt(0.5F));
 }
 

@@ -8,9 +8,12 @@
 
 namespace canvas {
 
-/// Limits of the size scale; what lies beyond is drawn at the limit.
+/// Limits of the size scale; what lies beyond is drawn at the limit. The largest is what a picture of 4320 lines needs
+/// for marks of the size that they have on one of 720.
 inline constexpr float kSmallestScale = 0.5F;
-inline constexpr float kLargestScale = 4.0F;
+inline constexpr float kLargestScale = 6.0F;
+/// Largest width of a marker in pixels, whatever a caller asks for: more than the editor's largest at kLargestScale.
+inline constexpr int kLargestMark = 64;
 
 // The outline: a coloured core in a thin dark edge, so that one of them stands out from any picture.
 inline constexpr float kOutlineCoreHalfWidth = 0.75F;

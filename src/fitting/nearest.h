@@ -11,14 +11,20 @@
 // The few border pixels nearest to a place, found without sorting the border.
 //
 // The fit takes one of the five nearest pixels at random, once for every anchor and once for every long gap. Sorting
-// the list each time costs n log n for five values. Here the pixels are filed once, in time proportional to their
-// number, in square cells of about 32 pixels a side, and a search goes round the target's cell in growing squares until
-// five are found that no cell further out can beat. A border is a line: a cell holds some 60 pixels of it, so a search
-// looks at a few hundred pixels however long the border is, plus the empty cells on the way when the target lies far
-// from it.
+// the list each time costs n log n for five values. Here the pixels are put along a space-filling curve once and packed
+// into a tree of boxes: sixteen pixels that follow one another make a box, four boxes a larger one, up to the one
+// around everything. A search goes down into the nearest box first and leaves out those that hold nothing nearer than
+// what it has. It looks at some hundred boxes and pixels however long the border is, how far from it the target lies,
+// and how unevenly the pixels are spread.
 //
-// Rejected: a k-d tree, which costs more to build than a hundred searches save; walking outwards over the bit image,
-// which is slow exactly for the far targets; partial selection (nth_element), which is still linear for every anchor.
+// The curve is the Z of bit-interleaved coordinates, taken from a grid with about as many cells as there are pixels:
+// filing the pixels in it takes time in proportion to their number. Only within cells that hold very many (a picture
+// with one pixel at its other end) they are sorted.
+//
+// Rejected: the grid alone, whose empty cells have to be walked over from a far target, and whose full ones hold a
+// whole picture when one pixel lies far off; a k-d tree, which costs several times as much to build; walking outwards
+// over the bit image, which is slow exactly for the far targets; partial selection (nth_element), which is still linear
+// for every anchor.
 //
 // Pixels at equal distances come in the order of the list. The list has been shuffled, so each of them is as likely to
 // be among the five as any other, and the results have exactly the distribution of a full sort: the tests hold this
@@ -38,37 +44,48 @@ class NearestPixels {
     /// are.
     std::span<const std::uint32_t> find(const Pixel &target, std::size_t limit);
 
+    /// Boxes and pixels that all searches so far have looked at.
+    std::uint64_t visited() const { return m_visited; }
+
   private:
     struct Entry {
         Pixel pixel;
         std::uint32_t place = 0;
     };
+    /// Around some pixels, bounds included, and the lowest of their places.
+    struct Box {
+        std::int32_t left, top, right, bottom;
+        std::uint32_t leastPlace;
+    };
     struct Candidate {
         double distance = 0;
         std::uint32_t place = 0;
+
+        friend bool isBefore(const Candidate &a, const Candidate &b) {
+            return a.distance != b.distance ? a.distance < b.distance : a.place < b.place;
+        }
+    };
+    struct Search {
+        Pixel target;
+        std::size_t limit;
     };
 
-    std::size_t cellIndex(int column, int row) const {
-        return static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) + static_cast<std::size_t>(column);
+    void file(std::span<const Pixel> list);
+    void pack();
+    void look(const Search &search, std::size_t level, std::size_t index);
+    void lookAtPixels(const Search &search, std::size_t box);
+    void consider(const Candidate &candidate);
+    bool canImprove(const Candidate &best, std::size_t limit) const {
+        return best.place < limit && (m_found < kCandidates || isBefore(best, m_candidates.back()));
     }
-    int clampedColumn(std::int32_t x) const;
-    int clampedRow(std::int32_t y) const;
-    /// Looks at the cells of one row from `first` to `last`, as far as they exist.
-    void lookAt(const Pixel &target, std::size_t limit, int row, int first, int last);
-    /// No pixel in the cells `ring` or more away from (column, row) is nearer than this.
-    double leastDistance(const Pixel &target, int column, int row, int ring) const;
 
-    std::int32_t m_left = 0;
-    std::int32_t m_top = 0;
-    int m_shift = 5; ///< a cell is 2^m_shift pixels a side
-    int m_columns = 0;
-    int m_rows = 0;
-    std::vector<std::uint32_t> m_starts; ///< of each cell's entries, and one more
     std::vector<Entry> m_entries;
+    std::vector<std::vector<Box>> m_levels; ///< from the boxes around pixels up to the one around everything
 
     std::array<Candidate, kCandidates> m_candidates; ///< of the search under way
     std::size_t m_found = 0;
     std::array<std::uint32_t, kCandidates> m_result{};
+    std::uint64_t m_visited = 0;
 };
 
 } // namespace fitting

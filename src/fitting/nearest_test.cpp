@@ -98,6 +98,63 @@ TEST(Nearest, FewerThanFiveWhenThereAreFewer) {
     EXPECT_EQ(NearestPixels({}).find({0, 0}, 0).size(), 0U);
 }
 
+/// Pixels of a rectangle's rim, shuffled.
+std::vector<Pixel> rim(const Pixel &origin, int side, unsigned seed) {
+    std::vector<Pixel> list;
+    for (int at = 0; at < side; ++at)
+        for (const Pixel &pixel : {Pixel{at, 0}, {side, at}, {at + 1, side}, {0, at + 1}})
+            list.push_back({origin.x + pixel.x, origin.y + pixel.y});
+    std::srand(seed);
+    shuffle(std::span(list));
+    return list;
+}
+
+/// Boxes and pixels that a search looks at, on average over targets all over a mask.
+double visitedASearch(std::span<const Pixel> list, int width, int height, std::size_t limit) {
+    NearestPixels nearest(list);
+    std::mt19937 random(4);
+    constexpr int kSearches = 500;
+    for (int round = 0; round < kSearches; ++round)
+        nearest.find({static_cast<int>(random() % static_cast<unsigned>(width)),
+                      static_cast<int>(random() % static_cast<unsigned>(height))},
+                     limit);
+    return static_cast<double>(nearest.visited()) / kSearches;
+}
+
+TEST(Nearest, FarTargetsLookAtNoMoreThanNearOnes) {
+    constexpr int kWidth = 1 << 24;
+    std::vector<Pixel> line;
+    for (int x = 0; x < 200000; ++x)
+        line.push_back({x % 2 == 0 ? x : kWidth - x, 0});
+    std::srand(1);
+    shuffle(std::span(line));
+    EXPECT_LT(visitedASearch(line, kWidth, 1, line.size()), 300);
+    EXPECT_LT(visitedASearch(line, kWidth, 1, line.size() / 2), 300);
+    EXPECT_LT(visitedASearch(line, kWidth, 1, 3), 300) << "what lies beyond the limit is not walked over";
+}
+
+TEST(Nearest, OnePixelFarOffDoesNotMakeEverySearchLookAtAll) {
+    std::vector<Pixel> list = rim({100, 100}, 20000, 2);
+    EXPECT_LT(visitedASearch(list, 20000, 20000, list.size()), 500);
+    list.push_back({1 << 30, 1 << 30});
+    EXPECT_LT(visitedASearch(list, 20000, 20000, list.size()), 500);
+    for (int seed = 0; seed < 3; ++seed) {
+        NearestPixels nearest(list);
+        expectPlainOrder(nearest, list, {seed * 7000, 300}, list.size());
+    }
+}
+
+TEST(Nearest, TenThousandIslands) {
+    std::vector<Pixel> list;
+    for (int island = 0; island < 10000; ++island)
+        for (const Pixel &pixel : rim({island % 100 * 80, island / 100 * 40}, 3, 3))
+            list.push_back(pixel);
+    std::srand(3);
+    shuffle(std::span(list));
+    EXPECT_LT(visitedASearch(list, 8000, 4000, list.size()), 300);
+    EXPECT_LT(visitedASearch(list, 8000, 4000, list.size() / 2), 300);
+}
+
 using Frequencies = std::map<std::pair<int, int>, int>;
 
 /// How often each pixel is chosen for a target, over many shuffles of one border.

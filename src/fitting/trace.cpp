@@ -14,19 +14,17 @@
 // it strands in corners, leaves the other row behind with the anchors on it, and has to look for the longest branch
 // that is left. Loops have no branches: the nearest thing to one is another loop, of a hole or of a further island. The
 // loop of the first anchor comes first, the others that hold anchors follow, longest first. Each is joined to what is
-// there by the cheapest pair of bridges: between two neighbours in the order so far, entering and leaving the new loop
-// at two of its neighbours, so that the four ends add the least length. Loops of holes run the other way round than
-// outer ones, and that is what an even-odd outline needs: a hole hangs on a thin double bridge and is cut out, an
-// island is added the same way.
+// there by the cheapest pair of bridges (loop_joiner.h). Loops of holes run the other way round than outer ones, and
+// that is what an even-odd outline needs: a hole hangs on a thin double bridge and is cut out, an island is added the
+// same way.
 //
-// The work: one mark for each side of each inner pixel, one list of anchors for each pixel, both in border order;
-// bridges take time proportional to the product of the anchors on either side, and past a limit loops are simply
-// appended.
+// The work: one mark for each side of each inner pixel, one list of anchors for each pixel, both in border order.
 
 #include "fitting/trace.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "fitting/loop_joiner.h"
 
 namespace fitting {
 namespace {
@@ -149,54 +147,6 @@ std::vector<Loop> walkLoops(const BitPicture &mask, const Border &border, std::s
     return loops;
 }
 
-/// Joins further loops to the first one, see the top of the file.
-class Joiner {
-  public:
-    Joiner(const Border &border, std::span<const BorderPlace> anchors) : m_border(border), m_anchors(anchors) {}
-
-    void join(std::vector<std::uint32_t> &order, std::vector<std::uint32_t> loop) const {
-        std::size_t position = order.size() - 1;
-        if (order.size() * loop.size() <= kMostBridges) {
-            std::size_t entry = 0;
-            double least = 0;
-            bool found = false;
-            for (std::size_t at = 0; at < order.size(); ++at) {
-                for (std::size_t in = 0; in < loop.size(); ++in) {
-                    const double added = addedLength(order, at, loop, in);
-                    if (found && added >= least)
-                        continue;
-                    found = true;
-                    least = added;
-                    position = at;
-                    entry = in;
-                }
-            }
-            std::rotate(loop.begin(), loop.begin() + static_cast<std::ptrdiff_t>(entry), loop.end());
-        }
-        order.insert(order.begin() + static_cast<std::ptrdiff_t>(position) + 1, loop.begin(), loop.end());
-    }
-
-  private:
-    static constexpr std::size_t kMostBridges = 1 << 22;
-
-    double distance(std::uint32_t a, std::uint32_t b) const {
-        return std::sqrt(squaredDistance(m_border.pixels()[*m_anchors[a]], m_border.pixels()[*m_anchors[b]]));
-    }
-
-    /// What leaving the order behind its position `at`, going round the loop from `in`, and coming back costs.
-    double addedLength(const std::vector<std::uint32_t> &order, std::size_t at, const std::vector<std::uint32_t> &loop,
-                       std::size_t in) const {
-        const std::uint32_t from = order[at];
-        const std::uint32_t to = order[(at + 1) % order.size()];
-        const std::uint32_t first = loop[in];
-        const std::uint32_t last = loop[(in + loop.size() - 1) % loop.size()];
-        return distance(from, first) + distance(last, to) - distance(from, to) - distance(last, first);
-    }
-
-    const Border &m_border;
-    std::span<const BorderPlace> m_anchors;
-};
-
 /// Turns the order round, the first anchor staying first, if that keeps more anchors behind the one they follow now.
 void chooseDirection(std::vector<std::uint32_t> &order, std::size_t anchors) {
     std::ptrdiff_t forward = 0;
@@ -217,10 +167,15 @@ std::vector<std::uint32_t> traceAnchors(const BitPicture &mask, const Border &bo
     std::vector<Loop> loops = walkLoops(mask, border, anchors);
     if (loops.empty())
         return {};
-    std::vector<std::uint32_t> order = std::move(loops.front().anchors);
-    const Joiner joiner(border, anchors);
+    std::vector<Pixel> places(anchors.size());
+    for (std::size_t anchor = 0; anchor < anchors.size(); ++anchor) {
+        if (anchors[anchor])
+            places[anchor] = border.pixels()[*anchors[anchor]];
+    }
+    LoopJoiner joiner(places, loops.front().anchors);
     for (std::size_t loop = 1; loop < loops.size(); ++loop)
-        joiner.join(order, std::move(loops[loop].anchors));
+        joiner.join(loops[loop].anchors);
+    std::vector<std::uint32_t> order = joiner.order();
     // The lowest number stands on the pixel where the walk began, so only a bridge can have come before it.
     std::rotate(order.begin(), std::ranges::min_element(order), order.end());
     chooseDirection(order, anchors.size());

@@ -14,7 +14,7 @@
 // The usual alternatives: an active edge table pays for every edge's end where chains pay for every turn, and there are
 // ten edges to a turn; buckets of crossings per row need a counting pass and a sort from scratch on every row.
 //
-// Memory is two bytes for each crossing. The caller bounds it by handing over few rows at a time.
+// Memory is two bytes for each crossing. The caller bounds it by handing over the rows in bands (row_bands.h).
 
 namespace Quill {
 namespace {
@@ -46,21 +46,6 @@ FixedBox boxOf(const VertexBuffer &polyline) {
 
 RowRange touchedRows(const FixedBox &box, std::int32_t height) {
     return {std::clamp(rowAtOrBelow(box.low.y), 0, height), std::clamp(rowAtOrBelow(box.high.y), 0, height)};
-}
-
-std::int32_t rowsPerBand(const VertexBuffer &polyline, RowRange rows) {
-    const auto count = static_cast<std::size_t>(rows.end - rows.first);
-    if (count * polyline.size() <= kMostCrossings)
-        return rows.end - rows.first;
-    std::size_t crossings = 0;
-    for (std::size_t i = 1; i < polyline.size(); ++i) {
-        const std::int32_t from = std::clamp(rowAtOrBelow(polyline[i - 1].y), rows.first, rows.end);
-        const std::int32_t to = std::clamp(rowAtOrBelow(polyline[i].y), rows.first, rows.end);
-        crossings += static_cast<std::size_t>(std::abs(to - from));
-    }
-    if (crossings <= kMostCrossings)
-        return rows.end - rows.first;
-    return static_cast<std::int32_t>(std::max<std::size_t>(kMostCrossings / polyline.size(), 1));
 }
 
 void CrossingTable::build(const VertexBuffer &polyline, const FixedBox &box, RowRange rows) {

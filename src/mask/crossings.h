@@ -29,13 +29,6 @@ FixedBox boxOf(const VertexBuffer &polyline);
 /// Rows of 0 .. height - 1 that something within the box can touch.
 RowRange touchedRows(const FixedBox &box, std::int32_t height);
 
-/// Most crossings that a table holds. A figure with more is swept in bands of rows.
-inline constexpr std::size_t kMostCrossings = std::size_t{1} << 21;
-
-/// How many of the rows of a closed polyline fit a table: all of them, unless there are very many edges on very many
-/// rows.
-std::int32_t rowsPerBand(const VertexBuffer &polyline, RowRange rows);
-
 /// A maximal stretch of the polyline that keeps going down, or up: exactly one crossing on each of its rows, stored in
 /// order of travel.
 struct Chain {

@@ -49,7 +49,7 @@ void encode(const EncodeContext &context, const EncodeJob &job, Sink sink) {
 } // namespace
 
 EncodeRoute defaultEncodeRoute() {
-    return defaultRasterEngine() == RasterEngine::Native ? EncodeRoute::Surface : EncodeRoute::Direct;
+    return maskEngine() == RasterEngine::Native ? EncodeRoute::Surface : EncodeRoute::Direct;
 }
 
 const PodBuffer<MaskRun> &encodeRuns(const EncodeContext &context, const EncodeJob &job) {

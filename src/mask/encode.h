@@ -16,7 +16,7 @@ namespace Quill {
 
 enum class EncodeRoute { Direct, Surface };
 
-/// Through the surface where the platform's engine draws, direct elsewhere.
+/// Direct, unless the build makes masks with the platform's engine (see maskEngine).
 EncodeRoute defaultEncodeRoute();
 
 /// What to encode. `points` as in buildOutline, count >= 9; `exclusion` null or width x height bytes.

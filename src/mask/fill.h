@@ -5,6 +5,7 @@
 
 #include "mask/outline_figure.h"
 #include "mask/raster_engine.h"
+#include "mask/row_bands.h"
 #include "mask/scratch.h"
 #include "mask/surface.h"
 
@@ -33,9 +34,9 @@ void sweepPolyline(RasterScratch &scratch, std::int32_t width, std::int32_t heig
     const FixedBox box = boxOf(scratch.polyline);
     const RowRange touched = touchedRows(box, height);
     sink.emptyRows({0, touched.first});
-    const std::int32_t bandRows = rowsPerBand(scratch.polyline, touched);
-    for (std::int32_t first = touched.first; first < touched.end; first += bandRows) {
-        scratch.table.build(scratch.polyline, box, {first, std::min(touched.end - first, bandRows) + first});
+    for (RowRange band{touched.first, touched.first}; band.end < touched.end; band.first = band.end) {
+        band.end = bandEnd(scratch.polyline, {band.first, touched.end});
+        scratch.table.build(scratch.polyline, box, band);
         sweep(scratch.table, width, scratch.buffers, sink);
     }
     sink.emptyRows({touched.end, height});

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+#include "mask/golden_vectors_test.h"
+
 namespace Quill {
 namespace {
 
@@ -36,52 +38,13 @@ std::uint32_t fnv(const Vertices &vertices) {
     return hash;
 }
 
-struct Golden {
-    const char *name;
-    std::array<std::array<int, 2>, 4> pixels;
-    Vertices vertices;
-};
-
-const Golden kGolden[] = {
-    {"point", {{{5, 5}, {5, 5}, {5, 5}, {5, 5}}}, {{80, 80}}},
-    {"line with controls at thirds", {{{0, 0}, {10, 0}, {20, 0}, {30, 0}}}, {{480, 0}}},
-    {"line with controls at quarters",
-     {{{0, 0}, {10, 0}, {30, 0}, {40, 0}}},
-     {{67, 0}, {145, 0}, {231, 0}, {320, 0}, {409, 0}, {495, 0}, {573, 0}, {640, 0}}},
-    {"quarter circle", {{{18, 10}, {18, 14}, {14, 18}, {10, 18}}}, {{277, 207}, {248, 248}, {207, 277}, {160, 288}}},
-    {"arch",
-     {{{0, 0}, {0, 40}, {60, 40}, {60, 0}}},
-     {{11, 113},
-      {41, 210},
-      {89, 293},
-      {150, 360},
-      {223, 413},
-      {304, 450},
-      {390, 473},
-      {480, 480},
-      {570, 473},
-      {656, 450},
-      {737, 413},
-      {810, 360},
-      {871, 293},
-      {919, 210},
-      {949, 113},
-      {960, 0}}},
-    {"S",
-     {{{0, 0}, {50, 0}, {10, 40}, {60, 40}}},
-     {{71, 2},    {134, 7},   {189, 16},  {238, 28},  {281, 42},  {317, 59},  {375, 100}, {416, 148},
-      {444, 203}, {464, 260}, {480, 320}, {496, 380}, {516, 438}, {544, 492}, {585, 540}, {643, 581},
-      {679, 598}, {722, 613}, {771, 624}, {826, 633}, {889, 638}, {960, 640}}},
-    {"cusp",
-     {{{0, 0}, {60, 40}, {0, 40}, {60, 0}}},
-     {{84, 58},   {158, 113}, {223, 163}, {278, 210}, {324, 253}, {363, 293}, {395, 328}, {420, 360},
-      {455, 413}, {473, 450}, {479, 473}, {480, 480}, {481, 473}, {488, 450}, {505, 413}, {540, 360},
-      {565, 328}, {597, 293}, {636, 253}, {683, 210}, {737, 163}, {802, 113}, {876, 58},  {960, 0}}},
-};
-
 TEST(Flatten, ReproducesTheRecordedSegments) {
-    for (const Golden &golden : kGolden)
-        EXPECT_TRUE(flatten(pixels(golden.pixels)) == golden.vertices) << golden.name;
+    for (const test::GoldenCurve &golden : test::goldenCurves()) {
+        CubicControls controls{};
+        for (std::size_t i = 0; i < controls.size(); ++i)
+            controls[i] = {toFixed(golden.controls[i].x), toFixed(golden.controls[i].y)};
+        EXPECT_TRUE(flatten(controls) == golden.vertices) << golden.name;
+    }
 }
 
 TEST(Flatten, SegmentOf1022PixelsIsTheLargestInShortArithmetic) {

@@ -1,50 +1,22 @@
 // SPDX-License-Identifier: MIT
-// Recorded outputs of the platform's fill and flattener, and vectors computed from its rules with exact arithmetic.
+// The portable engine against the golden vectors.
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+#include "mask/golden_vectors_test.h"
 #include "mask/outline_figure.h"
 #include "mask/raster_support_test.h"
 
 namespace Quill {
 namespace {
 
+using test::Position;
 using test::XY;
 
-// --- polygons
-// ---------------------------------------------------------------------------------------------------------
-
-struct Polygon {
-    const char *name;
-    int width;
-    int height;
-    std::vector<XY> vertices;
-    const char *rows;
-};
-
-const Polygon kPolygons[] = {
-    {"rectangle", 6, 6, {{1, 1}, {4, 1}, {4, 4}, {1, 4}}, "1: 1-3; 2: 1-3; 3: 1-3"},
-    {"right triangle", 6, 6, {{0, 0}, {5, 0}, {0, 5}}, "0: 0-4; 1: 0-3; 2: 0-2; 3: 0-1; 4: 0-0"},
-    {"triangle, apex up", 7, 7, {{3, 0}, {6, 6}, {0, 6}}, "1: 3-3; 2: 2-3; 3: 2-4; 4: 1-4; 5: 1-5"},
-    {"bow tie", 7, 7, {{0, 0}, {6, 6}, {6, 0}, {0, 6}}, "1: 0-0 5-5; 2: 0-1 4-5; 3: 0-5; 4: 0-1 4-5; 5: 0-0 5-5"},
-    {"square traversed twice", 8, 8, {{1, 1}, {6, 1}, {6, 6}, {1, 6}, {1, 1}, {6, 1}, {6, 6}, {1, 6}}, ""},
-    {"partly outside", 6, 6, {{-3, -2}, {8, 3}, {-1, 8}}, "0: 0-1; 1: 0-3; 2: 0-5; 3: 0-5; 4: 0-5; 5: 0-4"},
-    {"sliver", 11, 3, {{0, 0}, {10, 1}, {0, 2}}, "1: 0-9"},
-    {"horizontal, no area", 8, 6, {{0, 3}, {5, 3}, {2, 3}}, ""},
-    {"vertical, no area", 8, 6, {{3, 0}, {3, 5}, {3, 2}}, ""},
-    {"diamond", 5, 5, {{2, 1}, {3, 2}, {2, 3}, {1, 2}}, "2: 1-2"},
-    {"covers all", 5, 3, {{-1, -1}, {20, -1}, {20, 20}, {-1, 20}}, "0: 0-4; 1: 0-4; 2: 0-4"},
-    {"comb, two pixels wide",
-     8,
-     5,
-     {{0, 4}, {1, 0}, {2, 4}, {3, 0}, {4, 4}, {5, 0}, {6, 4}},
-     "1: 1-1 3-3 5-5; 2: 1-1 3-3 5-5; 3: 1-1 3-3 5-5"},
-};
-
 TEST(Golden, PolygonsCoverTheRecordedPixels) {
-    for (const Polygon &polygon : kPolygons) {
+    for (const test::GoldenPolygon &polygon : test::goldenPolygons()) {
         EXPECT_EQ(test::filledRows(test::polylineOf(polygon.vertices), polygon.width, polygon.height), polygon.rows)
             << polygon.name;
         const std::vector<XY> backwards(polygon.vertices.rbegin(), polygon.vertices.rend());
@@ -54,7 +26,7 @@ TEST(Golden, PolygonsCoverTheRecordedPixels) {
 }
 
 TEST(Golden, PolygonMaskDrawsTheRecordedPixels) {
-    for (const Polygon &polygon : kPolygons) {
+    for (const test::GoldenPolygon &polygon : test::goldenPolygons()) {
         test::OwnedSurface surface(polygon.width, polygon.height);
         const std::vector<MPoint> points = test::outline(polygon.vertices);
         ASSERT_EQ(MaskHandler::m_fnDrawPolygonMask(points.data(), static_cast<int>(points.size()), polygon.width,
@@ -64,60 +36,8 @@ TEST(Golden, PolygonMaskDrawsTheRecordedPixels) {
     }
 }
 
-// --- outlines
-// ---------------------------------------------------------------------------------------------------------
-
-struct Outline {
-    const char *name;
-    int width;
-    int height;
-    std::vector<XY> points;
-    std::size_t vertices;
-    std::uint32_t hash;
-    const char *rows;
-};
-
-const Outline kOutlines[] = {
-    {"square, straight segments",
-     12,
-     12,
-     {{2, 2}, {4, 2}, {8, 2}, {10, 2}, {10, 4}, {10, 8}, {10, 10}, {8, 10}, {4, 10}, {2, 10}, {2, 8}, {2, 4}},
-     17,
-     0x01bee465,
-     "2: 2-9; 3: 2-9; 4: 2-9; 5: 2-9; 6: 2-9; 7: 2-9; 8: 2-9; 9: 2-9"},
-    {"triangle, straight segments",
-     16,
-     16,
-     {{2, 1}, {5, 1}, {11, 3}, {14, 4}, {11, 6}, {7, 10}, {5, 13}, {4, 10}, {2, 4}},
-     13,
-     0x0b132845,
-     "2: 3-7; 3: 3-10; 4: 3-13; 5: 3-12; 6: 3-11; 7: 4-10; 8: 4-9; 9: 4-8; 10: 5-7; 11: 5-6; 12: 5-5"},
-    {"round, 4 anchors",
-     20,
-     20,
-     {{18, 10}, {18, 14}, {14, 18}, {10, 18}, {6, 18}, {2, 14}, {2, 10}, {2, 6}, {6, 2}, {10, 2}, {14, 2}, {18, 6}},
-     17,
-     0x3061c63a,
-     "3: 7-13; 4: 6-14; 5: 5-15; 6: 4-16; 7: 3-17; 8: 3-17; 9: 3-17; 10: 2-17; 11: 3-17; 12: 3-17; 13: 3-17; 14: "
-     "4-16; 15: 5-15; 16: 6-14; 17: 7-13"},
-    {"figure of eight, 4 anchors",
-     20,
-     12,
-     {{2, 2}, {8, 2}, {12, 10}, {18, 10}, {20, 10}, {20, 2}, {18, 2}, {12, 2}, {8, 10}, {2, 10}, {0, 10}, {0, 2}},
-     25,
-     0x7749d802,
-     "3: 2-5 15-18; 4: 1-7 13-19; 5: 1-8 12-19; 6: 1-19; 7: 1-8 12-19; 8: 1-7 13-19; 9: 2-5 15-19"},
-    {"all points equal",
-     8,
-     8,
-     {{3, 3}, {3, 3}, {3, 3}, {3, 3}, {3, 3}, {3, 3}, {3, 3}, {3, 3}, {3, 3}},
-     4,
-     0x2de651c5,
-     ""},
-};
-
 TEST(Golden, OutlinesFlattenToTheComputedPolylines) {
-    for (const Outline &golden : kOutlines) {
+    for (const test::GoldenOutline &golden : test::goldenOutlines()) {
         const std::vector<MPoint> points = test::outline(golden.points);
         VertexBuffer polyline;
         buildOutline(points.data(), static_cast<int>(points.size()), {golden.width, golden.height}, polyline);
@@ -127,7 +47,7 @@ TEST(Golden, OutlinesFlattenToTheComputedPolylines) {
 }
 
 TEST(Golden, OutlinesFillAndEncodeToTheComputedRows) {
-    for (const Outline &golden : kOutlines) {
+    for (const test::GoldenOutline &golden : test::goldenOutlines()) {
         const std::vector<MPoint> points = test::outline(golden.points);
         const int count = static_cast<int>(points.size());
         test::OwnedSurface surface(golden.width, golden.height);
@@ -202,10 +122,8 @@ std::vector<MPoint> plain(const std::vector<XY> &points) {
 }
 
 TEST(Golden, SamplesOfOneSegment) {
-    EXPECT_TRUE(samplesOf({{2, 3}, {2, 3}, {2, 3}, {2, 3}}, 16) == plain({{2, 3}, {2, 3}}));
-    EXPECT_TRUE(samplesOf({{0, 0}, {1, 0}, {3, 0}, {4, 0}}, 4) == plain({{0, 0}, {2, 0}, {4, 0}}));
-    EXPECT_TRUE(samplesOf({{0, 0}, {0, 6}, {9, 6}, {9, 0}}, 8) ==
-                plain({{0, 0}, {0, 1}, {0, 2}, {1, 3}, {3, 4}, {5, 5}, {6, 4}, {8, 3}, {9, 2}, {9, 1}, {9, 0}}));
+    for (const test::GoldenSamples &golden : test::goldenSamples())
+        EXPECT_TRUE(samplesOf(golden.controls, golden.density) == plain(golden.samples)) << golden.name;
     const std::vector<MPoint> fine = samplesOf({{10, 10}, {10, 10}, {10, 10}, {12, 11}}, 1920);
     ASSERT_EQ(fine.size(), 56u);
     test::Fnv hash;
@@ -237,11 +155,6 @@ std::int32_t recordedFixed(double value) {
     return (static_cast<std::int32_t>(std::floor(static_cast<float>(value) * 256 + 0.5)) + 15) >> 4;
 }
 
-struct Position {
-    double x;
-    double y;
-};
-
 /// Flattened with flatness 1: the curve is scaled to a quarter and back.
 std::vector<Position> flattenedAtOne(const std::vector<Position> &chain) {
     constexpr double kScale = 0.25;
@@ -258,53 +171,13 @@ std::vector<Position> flattenedAtOne(const std::vector<Position> &chain) {
     return result;
 }
 
-std::vector<Position> ellipse(double left, double top, double width, double height) {
-    constexpr double kArc = 0.5522847498;
-    const double rx = width / 2;
-    const double ry = height / 2;
-    const double cx = left + rx;
-    const double cy = top + ry;
-    return {{cx + rx, cy}, {cx + rx, cy + ry * kArc}, {cx + rx * kArc, cy + ry},
-            {cx, cy + ry}, {cx - rx * kArc, cy + ry}, {cx - rx, cy + ry * kArc},
-            {cx - rx, cy}, {cx - rx, cy - ry * kArc}, {cx - rx * kArc, cy - ry},
-            {cx, cy - ry}, {cx + rx * kArc, cy - ry}, {cx + rx, cy - ry * kArc},
-            {cx + rx, cy}};
-}
-
-void expectPositions(const std::vector<Position> &actual, const std::vector<Position> &expected) {
-    ASSERT_EQ(actual.size(), expected.size());
-    for (std::size_t i = 0; i < actual.size(); ++i) {
-        EXPECT_EQ(actual[i].x, expected[i].x) << i;
-        EXPECT_EQ(actual[i].y, expected[i].y) << i;
-    }
-}
-
 TEST(Golden, RecordedEllipses) {
-    std::vector<Position> wide = flattenedAtOne(ellipse(0, 0, 100, 50));
-    EXPECT_EQ(wide.size(), 25u);
-    wide.resize(7);
-    expectPositions(wide, {{100, 25}, {99, 30}, {96, 34.75}, {91.5, 39}, {85.5, 42.75}, {69.5, 48}, {50, 50}});
-
-    std::vector<Position> round = flattenedAtOne(ellipse(0, 0, 100, 100));
-    round.resize(9);
-    expectPositions(
-        round,
-        {{100, 50}, {99, 60}, {96, 69.5}, {91.5, 78}, {85.5, 85.5}, {78, 91.5}, {69.5, 96}, {60, 99}, {50, 100}});
-
-    expectPositions(flattenedAtOne(ellipse(1, 2, 3, 4)), {{4, 4}, {2.5, 6}, {1, 4}, {2.5, 2}, {4, 4}});
-
-    std::vector<Position> mapped = ellipse(1, 2, 3, 4);
-    for (Position &p : mapped)
-        p = {p.x + 3 * p.y + 5, 2 * p.x + 4 * p.y + 6};
-    expectPositions(flattenedAtOne(mapped), {{21, 30},
-                                             {25, 34.75},
-                                             {25.5, 35},
-                                             {22.75, 30.75},
-                                             {18, 24},
-                                             {14.25, 19.25},
-                                             {13.5, 19},
-                                             {16.5, 23.5},
-                                             {21, 30}});
+    for (const test::RecordedChain &recorded : test::recordedChains()) {
+        std::vector<Position> vertices = flattenedAtOne(recorded.chain);
+        EXPECT_EQ(vertices.size(), recorded.count) << recorded.name;
+        vertices.resize(recorded.first.size());
+        EXPECT_TRUE(vertices == recorded.first) << recorded.name;
+    }
 }
 
 TEST(Golden, RecordedRectanglesOffTheGrid) {

@@ -47,6 +47,7 @@ class MaskHandler {
     static HRESULT m_fnClear(std::uint32_t *buffer, int width, int height, int pitchBytes, const std::uint32_t *value);
     static HRESULT m_fnDrawLine(const MPoint &first, const MPoint &second, std::uint32_t *buffer,
                                 const int *pitchPixels, const std::uint32_t *value);
+    /// Lists the points whose x, in the first sweep, or y, in the second, is at most 131072 from 0 (see line_points.h).
     static HRESULT m_fnGetLinePoints(const MPoint &first, const MPoint &second, int ignored,
                                      std::vector<MPoint> *points);
     static HRESULT m_fnDrawPolygonMask(const MPoint *points, int count, int width, int height, int stride,

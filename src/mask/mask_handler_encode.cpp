@@ -41,7 +41,7 @@ HRESULT deliver(int height, std::vector<Value> &output, Encode encode) {
     DiagLogPrint("Quill::MaskHandler::m_fnFillBezierCurveMask() end\n");
     const HRESULT result = withoutThrowing([&] {
         const BorrowedScratch scratch;
-        const PodBuffer<Value> &values = encode(EncodeContext{*scratch, defaultEncodeRoute(), defaultRasterEngine()});
+        const PodBuffer<Value> &values = encode(EncodeContext{*scratch, defaultEncodeRoute(), maskEngine()});
         output.reserve(reservedEntries(height));
         output.resize(values.size()); // no clear before: it would have every value initialised again
         copyValues(values, output.data());

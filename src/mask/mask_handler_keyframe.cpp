@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "mask/mask_handler.h"
 #include "mask/no_throw.h"
@@ -19,14 +18,12 @@ std::int64_t wrappingDifference(std::int64_t a, std::int64_t b) {
 }
 
 /// Position of `duration` between the two keyframes: 0 at the first, 1 at the second, whatever it is outside, and
-/// infinite or NaN when both stand at the same time.
+/// infinite or NaN when both stand at the same time. The processor divides, always: a compiler that knew the zeros
+/// would put a NaN of the other sign in, and the sign is seen in saved points.
 double timeRatio(std::int64_t duration, std::int64_t first, std::int64_t second) {
-    const auto passed = static_cast<double>(wrappingDifference(duration, first));
-    const auto whole = static_cast<double>(wrappingDifference(second, first));
-    if (whole != 0)
-        return passed / whole;
-    using Limits = std::numeric_limits<double>;
-    return passed == 0 ? Limits::quiet_NaN() : std::copysign(Limits::infinity(), passed);
+    const volatile auto passed = static_cast<double>(wrappingDifference(duration, first));
+    const volatile auto whole = static_cast<double>(wrappingDifference(second, first));
+    return passed / whole;
 }
 
 /// Difference in single precision, product in double, sum in single again.
@@ -45,8 +42,10 @@ void interpolatePoints(const KeyFrameMaskInfo &key1, const KeyFrameMaskInfo &key
     // Points that the second keyframe lacks stay where the first has them.
     const std::size_t common = std::min(count, key2.pointsF.size());
     const double t = timeRatio(dest.duration, key1.duration, key2.duration);
-    dest.pointsF.resize(count);
+    // Both lists or none: they stay as long as one another when memory runs out.
+    dest.pointsF.reserve(count);
     dest.points.resize(count);
+    dest.pointsF.resize(count);
     for (std::size_t i = 0; i < count; ++i) {
         MPointF point = key1.pointsF[i];
         point.handleShown = 0;
@@ -85,11 +84,13 @@ HRESULT MaskHandler::CalcKeyFrame(const KeyFrameMaskInfo &key1, const KeyFrameMa
     DiagLogPrint("[CalcKeyFrame] Key1-duration=%lld, Key2-duration=%lld, Dest-duration=%lld, point size=%d",
                  static_cast<long long>(key1.duration), static_cast<long long>(key2.duration),
                  static_cast<long long>(dest.duration), static_cast<int>(key1.pointsF.size()));
-    return withoutThrowing([&] {
+    // Callers have never been told anything but success: what there is no memory for stays as it was.
+    withoutThrowing([&] {
         interpolatePoints(key1, key2, dest);
         if (makeMask)
             makeRecordMask(dest);
     });
+    return S_OK;
 }
 
 } // namespace Quill

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
 
+#include "mask/counting_allocator_test.h"
+#include "mask/lanes.h"
 #include "mask/raster_support_test.h"
 
 namespace Quill {
@@ -116,6 +119,34 @@ TEST(CalcKeyFrame, EqualDurationsMakeMovedPointsInfiniteOrNaN) {
     const auto same = between(key1, key2, 7);
     EXPECT_TRUE(std::isnan(same.pointsF[0].x));
     EXPECT_EQ(same.points[0].x, std::numeric_limits<std::int32_t>::min());
+}
+
+TEST(CalcKeyFrame, EqualDurationsGiveTheNaNOfADivision) {
+    const volatile double zero = 0;
+    const double quotient = zero / zero;
+    const auto same = between(keyframe(7, {{0.5F, 0.5F}}), keyframe(7, {{0.75F, 0.25F}}), 7);
+    EXPECT_EQ(std::signbit(same.pointsF[0].x), std::signbit(quotient));
+    EXPECT_EQ(std::signbit(same.pointsF[0].y), std::signbit(quotient));
+#if ORVANEL_MASK_SSE2
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(same.pointsF[0].x), 0xFFC00000U);
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(same.pointsF[0].y), 0xFFC00000U);
+#endif
+}
+
+TEST(CalcKeyFrame, ItsStatusIsSuccessAlsoWhenMemoryRunsOut) {
+    const std::vector<std::pair<float, float>> many(4000, {0.5F, 0.5F});
+    const auto key = keyframe(0, many);
+    for (const std::size_t granted : {std::size_t{0}, std::size_t{50000}, kUnlimited}) {
+        KeyFrameMaskInfo dest = keyframe(3, {{0.25F, 0.25F}});
+        dest.points.resize(1);
+        dest.maskWidth = dest.maskHeight = 4;
+        largestGranted = granted;
+        const HRESULT result = MaskHandler::CalcKeyFrame(key, key, dest, true);
+        largestGranted = kUnlimited;
+        EXPECT_EQ(result, S_OK);
+        EXPECT_EQ(dest.points.size(), dest.pointsF.size());
+        EXPECT_EQ(dest.points.size(), granted == kUnlimited ? 4000U : 1U);
+    }
 }
 
 TEST(CalcKeyFrame, DestinationMayBeOneOfTheKeyframes) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mask/mask_handler.h"
 #include "mask/no_throw.h"
+#include "mask/outline_segments.h"
 #include "mask/sample.h"
 #include "mask/scratch.h"
 #include "support/diag_log.h"
@@ -9,16 +10,6 @@ namespace Quill {
 namespace {
 
 constexpr int kMinSampledPoints = 2;
-constexpr int kClosedFromAnchors = 3;
-
-/// Collects the anchors of the first count - 1 points. The last point is never looked at: in a closed outline it is the
-/// closing segment's second control.
-void collectAnchors(const MPoint *points, int count, PodBuffer<std::int32_t> &anchors) {
-    anchors.clear();
-    for (int i = 0; i + 1 < count; ++i)
-        if (points[i].type == kAnchorPoint)
-            anchors.push_back(i);
-}
 
 /// Fills the inner lists one after the other and keeps the memory of those that are already there.
 class SegmentWriter {
@@ -28,14 +19,13 @@ class SegmentWriter {
 
     void addLine(int from, int to) { MaskHandler::m_fnGetLinePoints(m_points[from], m_points[to], 0, &next()); }
 
-    /// Curves come from the array by position, whatever the types say. One that runs past its end stays empty.
     void addCurve(int start, int end) {
         std::vector<MPoint> &samples = next();
-        if (start + 2 >= m_count || end >= m_count)
+        if (!isWholeCurve(start, end, m_count))
             return;
         const MPoint *const controls[4] = {m_points + start, m_points + start + 1, m_points + start + 2,
                                            m_points + end};
-        sampleSegment(defaultRasterEngine(), controls, m_density, m_vertices, samples);
+        sampleSegment(maskEngine(), controls, m_density, m_vertices, samples);
     }
 
     void finish() { m_segments.resize(m_written); }
@@ -59,23 +49,10 @@ class SegmentWriter {
 
 void sampleSegments(const MPoint *points, int count, int density, SegmentSamples &segments) {
     const BorrowedScratch scratch;
-    PodBuffer<std::int32_t> &anchors = scratch->anchors;
-    collectAnchors(points, count, anchors);
-    const auto anchorCount = static_cast<int>(anchors.size());
     SegmentWriter writer(points, count, density, scratch->polyline, segments);
-    for (int j = 1; j < anchorCount; ++j) {
-        const int from = anchors[static_cast<std::size_t>(j - 1)];
-        if (points[from].curveOut != 0)
-            writer.addCurve(3 * (j - 1), 3 * j);
-        else
-            writer.addLine(from, anchors[static_cast<std::size_t>(j)]);
-    }
-    if (anchorCount >= kClosedFromAnchors) {
-        if (points[anchors[0]].curveIn != 0)
-            writer.addCurve(count - 3, 0);
-        else
-            writer.addLine(anchors.back(), anchors[0]);
-    }
+    forEachSegment(
+        points, count, scratch->anchors, [&writer](int from, int to) { writer.addLine(from, to); },
+        [&writer](int start, int end) { writer.addCurve(start, end); });
     writer.finish();
 }
 

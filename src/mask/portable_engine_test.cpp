@@ -27,10 +27,19 @@ TEST(RasterEngine, OverridesNestAndEnd) {
     {
         const RasterEngineOverride native(RasterEngine::Native);
         EXPECT_EQ(defaultRasterEngine(), RasterEngine::Native);
-        EXPECT_EQ(defaultEncodeRoute(), EncodeRoute::Surface);
     }
     EXPECT_EQ(defaultRasterEngine(), RasterEngine::Portable);
+}
+
+TEST(RasterEngine, RunsAndSamplesAreThePortableOnesWhoeverFillsSurfaces) {
+    const RasterEngineOverride native(RasterEngine::Native);
+#ifdef ORVANEL_NATIVE_MASKS
+    EXPECT_EQ(maskEngine(), RasterEngine::Native);
+    EXPECT_EQ(defaultEncodeRoute(), EncodeRoute::Surface);
+#else
+    EXPECT_EQ(maskEngine(), RasterEngine::Portable);
     EXPECT_EQ(defaultEncodeRoute(), EncodeRoute::Direct);
+#endif
 }
 
 } // namespace

@@ -26,6 +26,14 @@ RasterEngine defaultRasterEngine() {
     return engine == kNoOverride ? builtInEngine() : static_cast<RasterEngine>(engine);
 }
 
+RasterEngine maskEngine() {
+#ifdef ORVANEL_NATIVE_MASKS
+    return defaultRasterEngine();
+#else
+    return RasterEngine::Portable;
+#endif
+}
+
 RasterEngineOverride::RasterEngineOverride(RasterEngine engine) : m_before(chosen.exchange(static_cast<int>(engine))) {}
 
 RasterEngineOverride::~RasterEngineOverride() {

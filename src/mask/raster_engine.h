@@ -9,9 +9,14 @@ enum class RasterEngine {
     Native,   ///< the platform's, see platform/native_raster.h
 };
 
-/// The platform's engine where there is one, unless the build chose the portable one (ORVANEL_PORTABLE_RASTER) or an
-/// override is in force.
+/// Who fills the surfaces of callers: the platform's engine where there is one, unless the build chose the portable one
+/// (ORVANEL_PORTABLE_RASTER) or an override is in force.
 RasterEngine defaultRasterEngine();
+
+/// Who makes runs and samples: the portable engine on every platform. It gives the pixels of the platform's without a
+/// surface, hundreds of times as fast, at coordinates where the platform's own numbers overflow, too. A build can ask
+/// for the platform's instead (ORVANEL_NATIVE_MASKS), to compare the two.
+RasterEngine maskEngine();
 
 /// Makes an engine the default of the whole process while it lives. For tests: everything else takes what it gets.
 class RasterEngineOverride {

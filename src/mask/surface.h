@@ -12,8 +12,8 @@ namespace Quill {
 
 using platform::MaskSurface;
 
-inline constexpr std::uint32_t kClearColour = 0x00000000; ///< ARGB
-inline constexpr std::uint32_t kFillColour = 0xFF0000FF;  ///< ARGB, opaque blue
+inline constexpr std::uint32_t kClearColour = platform::kMaskClearColour; ///< ARGB
+inline constexpr std::uint32_t kFillColour = platform::kMaskFillColour;   ///< ARGB
 inline constexpr int kBytesPerPixel = 3;
 
 /// The three bytes of a pixel, read as (b0 << 16) | (b1 << 8) | b2.
