@@ -70,7 +70,7 @@ windows() {
     scripts/wine-run cmd /c "Z:${unpacked//\//\\}\\register.cmd" </dev/null
     PYTHONPATH=$unpacked:$ORVANEL_ROOT/tests/windows/python first_steps scripts/wine-run build/python27-windows/python.exe
     scripts/wine-run cmd /c "Z:${unpacked//\//\\}\\register.cmd" /u </dev/null
-    scripts/wine-run "$unpacked/raster_agreement.exe" --count 700 --tolerance 3 --stray 4 >"$TRY/agreement.txt" || die "raster_agreement.exe: $(tail -n 9 "$TRY/agreement.txt")"
+    scripts/wine-run "$unpacked/raster_agreement.exe" --count 700 --large 8 --tolerance 3 --stray 4 >"$TRY/agreement.txt" || die "raster_agreement.exe: $(tail -n 9 "$TRY/agreement.txt")"
 }
 
 linux() {

@@ -18,6 +18,7 @@
 #include "binding/pointer_conversion.h"
 #include "binding/type_registry.h"
 #include "binding/type_table.h"
+#include "callback/py_callback.h"
 #include "platform/win_types.h"
 
 namespace binding {
@@ -203,7 +204,6 @@ class PointeeArgument {
 
     Refusal loadPointer(PyObject *object) {
         if (OpaqueObject *const opaque = exactCarrier(object, record())) {
-            m_argument.pointer = opaque->pointer;
             m_argument.carrier = opaque;
             return Refusal::None;
         }
@@ -214,7 +214,7 @@ class PointeeArgument {
         m_argument = std::move(found);
         return Refusal::None;
     }
-    T *pointee() const { return static_cast<T *>(m_argument.pointer); }
+    T *pointee() const { return static_cast<T *>(m_argument.pointer()); }
     OpaqueObject *carrier() const { return m_argument.carrier; }
 
   private:
@@ -250,34 +250,58 @@ class Argument<T &> : public PointeeArgument<T> {
     T &get() const { return *this->pointee(); }
 };
 
-/// The object that a method runs on: declared as a pointer, but null is refused, since there is nothing to run on.
+/// The object that a method runs on: declared as a pointer, but null is refused, since there is nothing to run on. In
+/// use from here to the end of the call, so that neither converting the other arguments nor the method itself ends it.
 template <typename T>
 struct Self {};
 
 template <typename T>
-class Argument<Self<T>> : public Argument<T *> {
+class Argument<Self<T>> {
   public:
+    static constexpr FixedText text = Argument<T *>::text;
+    static constexpr ArgumentKind kind = Argument<T *>::kind;
+    static constexpr std::size_t pointer = Argument<T *>::pointer;
+
+    static bool fits(PyObject *object) { return Argument<T *>::fits(object); }
     Refusal load(PyObject *object) {
-        const Refusal refusal = this->loadPointer(object);
-        return refusal == Refusal::None && !this->pointee() ? Refusal::Null : refusal;
+        TypeRecord *const record = typeRecordOf<std::remove_const_t<T>>();
+        if (const OpaqueObject *const opaque = exactCarrier(object, record))
+            return begin(opaque->pointer);
+        PointerArgument found;
+        if (!convertPointer(object, record, found))
+            return Refusal::Type;
+        const Refusal refusal = begin(found.pointer());
+        m_keptAlive = std::move(found.keptAlive);
+        return refusal;
     }
+    T *get() const { return static_cast<T *>(const_cast<PyCallback *>(m_use.object())); }
+
+  private:
+    Refusal begin(void *address) {
+        if (!address)
+            return Refusal::Null;
+        m_use.begin(*static_cast<T *>(address));
+        return Refusal::None;
+    }
+
+    PyRef m_keptAlive;
+    PyCallback::Use m_use;
 };
 
-/// A pointer whose ownership the Python object gives up, together with the address: it must not be used again.
+/// A pointer whose ownership the Python object gives up. Whoever destroys the pointee takes the address away, too.
 template <typename T>
 struct Disowned {
     T *pointee;
+    OpaqueObject *carrier; ///< borrowed; null for None
 };
 
 template <typename T>
 class Argument<Disowned<T>> : public Argument<T *> {
   public:
     Disowned<T> get() const {
-        if (OpaqueObject *const carrier = this->carrier()) {
-            carrier->owns = 0;
-            carrier->pointer = nullptr;
-        }
-        return {this->pointee()};
+        if (this->carrier())
+            this->carrier()->owns = 0;
+        return {this->pointee(), this->carrier()};
     }
 };
 

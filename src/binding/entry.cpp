@@ -9,13 +9,36 @@
 
 namespace binding {
 
-PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *args) {
-    // With a wrong count the interpreter's parser refuses before it stores anything, and words it as for any other
-    // function.
-    const std::string format = std::string(expected, 'O') + ":" + name;
-    if (PyArg_ParseTuple(args, format.c_str()))
-        PyErr_BadInternalCall();
+namespace {
+
+/// Runs what raises a Python exception; one of C++ on the way is raised in its place.
+template <typename Raise>
+PyObject *refusing(Raise raise) {
+    try {
+        raise();
+        return nullptr;
+    } catch (...) {
+        return refuseException();
+    }
+}
+
+} // namespace
+
+const PyInterpreterState *servedInterpreter = nullptr;
+
+PyObject *refuseInterpreter() {
+    PyErr_SetString(PyExc_RuntimeError, "_Orvanel serves the main interpreter only, this is a sub-interpreter");
     return nullptr;
+}
+
+PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *args) {
+    return refusing([&] {
+        // With a wrong count the interpreter's parser refuses before it stores anything, and words it as for any other
+        // function.
+        const std::string format = std::string(expected, 'O') + ":" + name;
+        if (PyArg_ParseTuple(args, format.c_str()))
+            PyErr_BadInternalCall();
+    });
 }
 
 std::string argumentText(const char *name, std::size_t number, const char *text, Refusal refusal) {
@@ -27,8 +50,7 @@ PyObject *refuseArgument(const char *name, std::size_t number, const char *text,
     PyObject *const type = refusal == Refusal::Null    ? PyExc_ValueError
                            : refusal == Refusal::Range ? PyExc_OverflowError
                                                        : PyExc_TypeError;
-    PyErr_SetString(type, argumentText(name, number, text, refusal).c_str());
-    return nullptr;
+    return refusing([&] { PyErr_SetString(type, argumentText(name, number, text, refusal).c_str()); });
 }
 
 std::string overloadText(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
@@ -47,8 +69,8 @@ std::string overloadText(const char *name, std::span<const ArgumentShape> argume
 }
 
 PyObject *refuseOverload(const char *name, std::span<const ArgumentShape> arguments, std::size_t required) {
-    PyErr_SetString(PyExc_NotImplementedError, overloadText(name, arguments, required).c_str());
-    return nullptr;
+    return refusing(
+        [&] { PyErr_SetString(PyExc_NotImplementedError, overloadText(name, arguments, required).c_str()); });
 }
 
 PyObject *refuseException() {

@@ -47,7 +47,19 @@ std::string argumentText(const char *name, std::size_t number, const char *text,
 /// The list of prototypes of an overloaded entry, the longest first.
 std::string overloadText(const char *name, std::span<const ArgumentShape> arguments, std::size_t required);
 
+/// The interpreter that the entries serve: the first of the process, to which PyGILState belongs. In another one an
+/// event would take an interpreter lock that its thread has already, and wait for itself. Null before the first import.
+extern const PyInterpreterState *servedInterpreter;
+
+/// Whether the calling thread is in that interpreter. Lock held.
+inline bool isServed() {
+    return PyThreadState_GET()->interp == servedInterpreter;
+}
+
 // What the entries raise. Each returns null.
+
+/// RuntimeError: called in an interpreter that is not served.
+PyObject *refuseInterpreter();
 
 /// TypeError in the interpreter's own words.
 PyObject *refuseArgumentCount(const char *name, std::size_t expected, PyObject *args);

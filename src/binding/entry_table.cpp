@@ -14,9 +14,26 @@ Owned<Orvanel> makeOrvanel() {
     return {std::make_unique<Orvanel>()};
 }
 
+/// Takes the address out of a carrier when the object goes, not before: a thread that holds the texture locked gives it
+/// back through that carrier.
+void forgetAtDestruction(Orvanel &object, OpaqueObject *carrier) {
+    auto const held = reinterpret_cast<PyObject *>(carrier);
+    object.AtDestruction([carrier, held] {
+        carrier->pointer = nullptr;
+        Py_DECREF(held);
+    });
+    Py_INCREF(held);
+}
+
 void destroyOrvanel(Disowned<Orvanel> self) {
-    if (self.pointee)
-        self.pointee->DestroyWhenUnused();
+    if (!self.pointee)
+        return;
+    const PyCallback::Use use(*self.pointee);
+    if (self.pointee->IsHeldByHost())
+        forgetAtDestruction(*self.pointee, self.carrier);
+    else
+        self.carrier->pointer = nullptr;
+    self.pointee->Destroy();
 }
 
 Outcome registerOrvanelClass(PyObject *proxyClass) {
@@ -86,8 +103,8 @@ constexpr Entry kEntries[] = {
     row<"Orvanel_Create", &Orvanel::Create>("self, windowProvider, renderer, syncer", "Makes the texture map for the host's renderer, replacing an earlier one; None for what is not given. 1 when its textures were made, else 0."),
     row<"Orvanel_GetAllocator", &Orvanel::GetAllocator>("self", "The texture map for the host's renderer, without a reference of its own; None before Create."),
     row<"Orvanel_VideoTextureSyncerClosed", &Orvanel::VideoTextureSyncerClosed>("self", "Tells the texture map that the host's syncer is gone."),
-    row<"Orvanel_LockTexture", &Orvanel::LockTexture>("self", "Keeps the renderer from the overlay buffer until UnlockTexture of the same thread; nests."),
-    row<"Orvanel_UnlockTexture", &Orvanel::UnlockTexture>("self", "Undoes one LockTexture of the same thread."),
+    row<"Orvanel_LockTexture", &Orvanel::LockTexture>("self", "Keeps the renderer from the overlay buffer until UnlockTexture of the same thread, or until that thread ends; nests. The object lives until then, whoever deletes it."),
+    row<"Orvanel_UnlockTexture", &Orvanel::UnlockTexture>("self", "Undoes one LockTexture of the same thread; without one nothing happens."),
     row<"Orvanel_GetKeyFrameMaskInfo", &Orvanel::GetKeyFrameMaskInfo>("self, duration", "A fresh record of the outline for a time position in the host's unit; nobody frees it."),
     row<"Orvanel_GetKeyFrameDurationList", &Orvanel::GetKeyFrameDurationList>("self", "The time positions of all keyframes in the host's unit, ascending, a list of longs."),
     row<"Orvanel_DestroyAllKeyFrameMaskInfo", &Orvanel::DestroyAllKeyFrameMaskInfo>("self", "Destroys all keyframes and leaves the outline. 0."),

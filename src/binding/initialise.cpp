@@ -3,14 +3,17 @@
 
 #include "binding/initialise.h"
 
+#include <memory>
 #include <vector>
 
 #include "binding/constants.h"
+#include "binding/entry.h"
 #include "binding/entry_table.h"
 #include "binding/opaque_object.h"
 #include "binding/pointer_conversion.h"
 #include "binding/type_registry.h"
 #include "callback/interpreter_gate.h"
+#include "callback/py_locks.h"
 #include "callback/python.h"
 #include "texture/pointer_extraction.h"
 
@@ -21,12 +24,13 @@ namespace {
 /// The interpreter's form of the table. It keeps pointing to it, so it is built once and never freed.
 PyMethodDef *methodTable() {
     static const std::vector<PyMethodDef> *const methods = [] {
-        auto *const table = new std::vector<PyMethodDef>;
+        auto table = std::make_unique<std::vector<PyMethodDef>>();
+        table->reserve(entryTable().size() + 1);
         for (const Entry &entry : entryTable())
             table->push_back(
                 {const_cast<char *>(entry.name), entry.call, entry.flags, const_cast<char *>(entry.meaning)});
         table->push_back({nullptr, nullptr, 0, nullptr});
-        return table;
+        return table.release();
     }();
     return const_cast<PyMethodDef *>(methods->data());
 }
@@ -39,11 +43,15 @@ void endowNone() {
     Py_REFCNT(Py_None) += kReserve;
 }
 
-} // namespace
-
-void initialiseModule() {
+void addModule() {
+    if (!holdsInterpreterLock()) {
+        // The thread has the lock, but not by the state that PyGILState knows.
+        PyErr_SetString(PyExc_ImportError, "_Orvanel cannot be imported by a sub-interpreter before the main one");
+        return;
+    }
     if (!typeRegistry.join() || !prepareOpaqueType())
         return;
+    servedInterpreter = PyThreadState_GET()->interp;
     forgetProxyClass();
     registerPointerExtractor(&carriedAddress);
     constexpr int kApiVersion = 1013;
@@ -62,6 +70,16 @@ void initialiseModule() {
             return;
     }
     endowNone();
+}
+
+} // namespace
+
+void initialiseModule() {
+    try {
+        addModule();
+    } catch (...) {
+        refuseException();
+    }
 }
 
 } // namespace binding

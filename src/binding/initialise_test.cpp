@@ -165,7 +165,7 @@ TEST_F(ModuleTest, OpaqueObjectsOfOtherModulesAreKnownByTheirTypesName) {
         const PyRef object = make(type, typeRecordOf<MPoint>(), &point);
         PointerArgument argument;
         EXPECT_TRUE(convertPointer(object.get(), typeRecordOf<MPoint>(), argument)) << type.tp_name;
-        EXPECT_EQ(argument.pointer, &point);
+        EXPECT_EQ(argument.pointer(), &point);
         EXPECT_FALSE(convertPointer(object.get(), typeRecordOf<HoverPoint>(), argument));
         const PyRef own = PyRef::adopt(makeOpaque(&point, typeRecordOf<MPoint>(), Ownership::Borrowed));
         EXPECT_EQ(PyObject_RichCompareBool(own.get(), object.get(), Py_EQ), 1);
@@ -185,7 +185,7 @@ TEST_F(ModuleTest, ATypeOfTheSameNameFromAnotherRegistryIsAccepted) {
     PointerArgument argument;
     const PyRef fromTwin = PyRef::adopt(makeOpaque(&point, &twin, Ownership::Borrowed));
     EXPECT_TRUE(convertPointer(fromTwin.get(), typeRecordOf<MPoint>(), argument));
-    EXPECT_EQ(argument.pointer, &point);
+    EXPECT_EQ(argument.pointer(), &point);
     const PyRef fromStranger = PyRef::adopt(makeOpaque(&point, &stranger, Ownership::Borrowed));
     EXPECT_FALSE(convertPointer(fromStranger.get(), typeRecordOf<MPoint>(), argument));
     const PyRef untyped = PyRef::adopt(makeOpaque(&point, nullptr, Ownership::Borrowed));
@@ -206,15 +206,43 @@ TEST_F(ModuleTest, ACastMayMoveTheAddress) {
     PointerArgument argument;
     const PyRef object = PyRef::adopt(makeOpaque(memory, &derived, Ownership::Borrowed));
     EXPECT_TRUE(convertPointer(object.get(), base, argument));
-    EXPECT_EQ(argument.pointer, memory + 8);
+    EXPECT_EQ(argument.pointer(), memory + 8);
     base->casts = cast.next;
     base->casts->previous = nullptr;
+}
+
+TEST_F(ModuleTest, ASubInterpreterIsRefused) {
+    Interpreter::run("thing = o.new_Orvanel()\no.Orvanel_SetCallbackFunc(thing, seen.append)");
+    const PyRef arguments = PyRef::adopt(PyTuple_Pack(2, Interpreter::value("thing").get(), Py_None));
+    const PyRef none = PyRef::adopt(PyTuple_New(0));
+    PyThreadState *const main = PyThreadState_Get();
+    PyThreadState *const sub = Py_NewInterpreter();
+    ASSERT_TRUE(sub);
+    for (const Entry &entry : entryTable()) {
+        PyMethodDef method = {entry.name, entry.call, entry.flags, nullptr};
+        const PyRef function = PyRef::adopt(PyCFunction_New(&method, nullptr));
+        // A callable of this interpreter, a wrong count, whatever: no entry comes as far as looking at it.
+        PyObject *const result =
+            (entry.flags & METH_O) != 0
+                ? PyObject_CallFunctionObjArgs(function.get(), Py_None, nullptr)
+                : PyObject_CallObject(function.get(), entry.arguments.size() == 2 ? arguments.get() : none.get());
+        EXPECT_EQ(result, nullptr) << entry.name;
+        EXPECT_TRUE(PyErr_ExceptionMatches(PyExc_RuntimeError)) << entry.name;
+        PyErr_Clear();
+    }
+    initialiseModule();
+    EXPECT_TRUE(PyErr_ExceptionMatches(PyExc_ImportError));
+    PyErr_Clear();
+    Py_EndInterpreter(sub);
+    PyThreadState_Swap(main);
+    Interpreter::run("o.Orvanel_CallBack(thing, 4)\no.delete_Orvanel(thing)");
+    EXPECT_EQ(text("seen[0]"), "4");
 }
 
 TEST_F(ModuleTest, NoneIsANullPointer) {
     PointerArgument argument;
     EXPECT_TRUE(convertPointer(Interpreter::value("None").get(), typeRecordOf<MPoint>(), argument));
-    EXPECT_EQ(argument.pointer, nullptr);
+    EXPECT_EQ(argument.pointer(), nullptr);
     EXPECT_EQ(wrapPointer(nullptr, typeRecordOf<MPoint>()), Py_None);
     Py_DECREF(Py_None);
 }

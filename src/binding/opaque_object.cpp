@@ -3,9 +3,15 @@
 
 #include <cstdio>
 #include <cstring>
+#include <exception>
+#include <string>
+#include <utility>
 
+#include "binding/opaque_chain.h"
 #include "binding/type_registry.h"
+#include "binding/type_table.h"
 #include "callback/py_ref.h"
+#include "overlay/orvanel.h"
 
 namespace binding {
 
@@ -29,6 +35,9 @@ void destroyPointee(const OpaqueObject &object) {
     }
     PyObject *type, *value, *traceback;
     PyErr_Fetch(&type, &value, &traceback);
+    // Nobody will have anything to unlock the texture with.
+    if (object.pointer && object.type == typeRecordOf<Orvanel>())
+        static_cast<Orvanel *>(object.pointer)->UnlockTextureOfThread();
     const PyRef argument = PyRef::adopt(makeOpaque(object.pointer, object.type, Ownership::Borrowed));
     const PyRef result =
         PyRef::adopt(argument ? PyObject_CallFunctionObjArgs(destroy.get(), argument.get(), nullptr) : nullptr);
@@ -42,17 +51,33 @@ void release(PyObject *self) {
     PyObject *const next = object->next;
     if (object->owns)
         destroyPointee(*object);
-    Py_XDECREF(next);
     PyObject_Del(self);
+    releaseChain(next);
 }
 
+bool appendText(std::string &text, OpaqueObject *object) {
+    const PyRef link = PyRef::adopt(PyString_FromFormat("<Swig Object of type '%s' at %p>",
+                                                        object->type ? shownName(object->type) : "unknown",
+                                                        static_cast<void *>(object)));
+    if (!link)
+        return false;
+    text += PyString_AS_STRING(link.get());
+    return true;
+}
+
+/// The texts of all objects of the chain.
 PyObject *represent(PyObject *self) {
-    const OpaqueObject *const object = cast(self);
-    PyObject *text = PyString_FromFormat("<Swig Object of type '%s' at %p>",
-                                         object->type ? shownName(object->type) : "unknown", static_cast<void *>(self));
-    if (text && object->next)
-        PyString_ConcatAndDel(&text, PyObject_Repr(object->next));
-    return text;
+    try {
+        std::string text;
+        OpaqueObject *object = cast(self);
+        for (std::size_t left = chainLength(object); left > 0; --left, object = nextInChain(object)) {
+            if (!appendText(text, object))
+                return nullptr;
+        }
+        return PyString_FromStringAndSize(text.data(), static_cast<Py_ssize_t>(text.size()));
+    } catch (const std::exception &) {
+        return PyErr_NoMemory();
+    }
 }
 
 PyObject *compare(PyObject *left, PyObject *right, int operation) {
@@ -94,28 +119,18 @@ PyObject *own(PyObject *self, PyObject *args) {
     return before;
 }
 
-/// Whether following the chain from `object` leads to `target`.
-bool chainReaches(PyObject *object, const PyObject *target) {
-    for (; object; object = asOpaque(object) ? asOpaque(object)->next : nullptr) {
-        if (object == target)
-            return true;
-    }
-    return false;
-}
-
 PyObject *append(PyObject *self, PyObject *object) {
-    if (!asOpaque(object)) {
+    OpaqueObject *const head = asOpaque(object);
+    if (!head) {
         PyErr_SetString(PyExc_TypeError, "append() takes an opaque pointer object");
         return nullptr;
     }
-    if (chainReaches(object, self)) {
+    if (chainReaches(head, cast(self))) {
         PyErr_SetString(PyExc_ValueError, "append() would close a circle");
         return nullptr;
     }
-    PyObject *const before = cast(self)->next;
     Py_INCREF(object);
-    cast(self)->next = object;
-    Py_XDECREF(before);
+    releaseChain(std::exchange(cast(self)->next, object));
     Py_RETURN_NONE;
 }
 

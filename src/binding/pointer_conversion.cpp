@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "binding/pointer_conversion.h"
 
+#include "binding/opaque_chain.h"
 #include "binding/type_registry.h"
 
 namespace binding {
@@ -49,20 +50,18 @@ OpaqueObject *findCarrier(PyObject *object, PyRef &keptAlive) {
 
 /// Looks along the chain for an object that is accepted as `type`.
 bool searchChain(OpaqueObject *carrier, TypeRecord *type, PointerArgument &result) {
-    for (OpaqueObject *opaque = carrier; opaque; opaque = opaque->next ? asOpaque(opaque->next) : nullptr) {
+    OpaqueObject *opaque = carrier;
+    for (std::size_t left = chainLength(carrier); left > 0; --left, opaque = nextInChain(opaque)) {
         if (!opaque->type)
             continue;
-        void *pointer = opaque->pointer;
-        if (opaque->type != type) {
-            const CastRecord *const cast = findCast(opaque->type, type);
-            if (!cast)
-                continue;
-            int newMemory = 0;
-            if (cast->convert)
-                pointer = cast->convert(pointer, &newMemory);
-        }
-        result.pointer = pointer;
+        const CastRecord *const cast = opaque->type == type ? nullptr : findCast(opaque->type, type);
+        if (!cast && opaque->type != type)
+            continue;
+        result.convert = cast ? cast->convert : nullptr;
         result.carrier = opaque;
+        // Anyone may cut the chain before this link.
+        if (opaque != carrier)
+            result.keptAlive = PyRef::share(reinterpret_cast<PyObject *>(opaque));
         return true;
     }
     return false;

@@ -6,13 +6,23 @@
 
 namespace binding {
 
-/// A pointer taken out of a Python object.
+/// Where in a Python object a pointer was found. What owns its pointee is the carrier, so that one lives as long as
+/// this does, and the pointer is read when it is needed: converting a later argument may have run code that took it
+/// away.
 struct PointerArgument {
-    void *pointer = nullptr;
     /// What carries the pointer, borrowed; null for None.
     OpaqueObject *carrier = nullptr;
+    /// How the carried pointer becomes one of the type asked for; null: it is one.
+    void *(*convert)(void *pointer, int *newMemory) = nullptr;
     /// Keeps the carrier alive when it is not itself one of the call's arguments.
     PyRef keptAlive;
+
+    void *pointer() const {
+        if (!carrier)
+            return nullptr;
+        int newMemory = 0;
+        return convert ? convert(carrier->pointer, &newMemory) : carrier->pointer;
+    }
 };
 
 /// The long way of convertPointer: casts, subclasses, chains, proxies.
@@ -30,7 +40,6 @@ inline OpaqueObject *exactCarrier(PyObject *object, TypeRecord *type) {
 /// False, without a Python error pending, for anything else.
 inline bool convertPointer(PyObject *object, TypeRecord *type, PointerArgument &result) {
     if (OpaqueObject *const opaque = exactCarrier(object, type)) {
-        result.pointer = opaque->pointer;
         result.carrier = opaque;
         return true;
     }

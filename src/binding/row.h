@@ -23,7 +23,6 @@
 #include "binding/argument.h"
 #include "binding/entry.h"
 #include "binding/result.h"
-#include "callback/py_callback.h"
 #include "overlay/orvanel.h"
 
 namespace binding {
@@ -145,12 +144,7 @@ class Row {
                 return refuseOverload(Name.c_str(), kArguments, kRequired);
             return refuseArgument(Name.c_str(), refused + 1, text, refusal);
         }
-        if constexpr (Types::isMethod) {
-            const PyCallback::Use use(*std::get<0>(arguments).get());
-            return run(std::get<Given>(arguments).get()..., defaultValue<sizeof...(Given) + Omitted>()...);
-        } else {
-            return run(std::get<Given>(arguments).get()...);
-        }
+        return run(std::get<Given>(arguments).get()..., defaultValue<sizeof...(Given) + Omitted>()...);
     }
 
     template <std::size_t Count>
@@ -171,6 +165,8 @@ class Row {
     }
 
     static PyObject *callWithTuple(PyObject *, PyObject *args) {
+        if (!isServed())
+            return refuseInterpreter();
         const std::size_t given = PyTuple_Check(args) ? static_cast<std::size_t>(PyTuple_GET_SIZE(args)) : kCount + 1;
         PyObject *const *const objects = reinterpret_cast<PyTupleObject *>(args)->ob_item;
         if constexpr (kOverloaded)
@@ -181,7 +177,9 @@ class Row {
             return refuseArgumentCount(Name.c_str(), kCount, args);
     }
 
-    static PyObject *callWithOne(PyObject *, PyObject *object) { return callWith<kCount>(&object); }
+    static PyObject *callWithOne(PyObject *, PyObject *object) {
+        return isServed() ? callWith<kCount>(&object) : refuseInterpreter();
+    }
 
   public:
     static constexpr std::array<ArgumentShape, kCount> kArguments = describe(std::make_index_sequence<kCount>{});

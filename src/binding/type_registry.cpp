@@ -2,6 +2,10 @@
 // The ring of modules. Whoever comes first publishes the ring's head in a small module of sys.modules; whoever comes
 // later links itself in behind the head and uses the records that are there already, so that for each mangled name one
 // record serves every module. A record is looked up by name in each module's sorted array.
+//
+// The small module has two attributes for one pointer: a CObject, which releases before 2.0.4 look for, and a capsule,
+// which later ones do. Each knows its own only, and publishes a ring of its own when it finds none: so whatever ring is
+// found here is published under both.
 
 #include "binding/type_registry.h"
 
@@ -47,6 +51,13 @@ void pushCast(TypeRecord &type, CastRecord &cast) {
 PyObject *loadedAttribute(const char *module, const char *attribute) {
     PyObject *const found = PyDict_GetItemString(PyImport_GetModuleDict(), module);
     return found && PyModule_Check(found) ? PyDict_GetItemString(PyModule_GetDict(found), attribute) : nullptr;
+}
+
+ModuleRecord *headInCapsule() {
+    PyObject *const capsule = loadedAttribute(kModuleName4, kCapsuleAttribute);
+    return capsule && PyCapsule_IsValid(capsule, kCapsuleName)
+               ? static_cast<ModuleRecord *>(PyCapsule_GetPointer(capsule, kCapsuleName))
+               : nullptr;
 }
 
 ModuleRecord *headInCObject(const char *module) {
@@ -101,9 +112,8 @@ TypeRecord *TypeRegistry::settle(std::size_t index) {
 /// The head of the ring that the interpreter's modules have published, or null.
 ModuleRecord *TypeRegistry::publishedHead() {
     m_version = RuntimeVersion::Four;
-    PyObject *const capsule = loadedAttribute(kModuleName4, kCapsuleAttribute);
-    if (capsule && PyCapsule_IsValid(capsule, kCapsuleName))
-        return static_cast<ModuleRecord *>(PyCapsule_GetPointer(capsule, kCapsuleName));
+    if (ModuleRecord *const head = headInCapsule())
+        return head;
     if (ModuleRecord *const head = headInCObject(kModuleName4))
         return head;
     ModuleRecord *const head = headInCObject(kModuleName3);
@@ -112,10 +122,23 @@ ModuleRecord *TypeRegistry::publishedHead() {
     return head;
 }
 
-bool TypeRegistry::publish() {
+/// Publishes the ring's head under each name that leads to none yet.
+bool TypeRegistry::publish(ModuleRecord *head) {
     PyObject *const module = PyImport_AddModule(kModuleName4);
-    PyObject *const capsule = module ? PyCapsule_New(&m_module, kCapsuleName, nullptr) : nullptr;
-    return capsule && PyModule_AddObject(module, kCapsuleAttribute, capsule) == 0;
+    if (!module)
+        return false;
+    if (!headInCapsule()) {
+        PyObject *const capsule = PyCapsule_New(head, kCapsuleName, nullptr);
+        if (!capsule || PyModule_AddObject(module, kCapsuleAttribute, capsule) != 0)
+            return false;
+    }
+    if (!headInCObject(kModuleName4)) {
+        // For releases that know no capsules. The interpreter may have been told to refuse these objects: then without.
+        PyObject *const object = PyCObject_FromVoidPtr(head, nullptr);
+        if (!object || PyModule_AddObject(module, kCObjectAttribute, object) != 0)
+            PyErr_Clear();
+    }
+    return true;
 }
 
 bool TypeRegistry::isInRing(const ModuleRecord *head) const {
@@ -133,7 +156,8 @@ bool TypeRegistry::join() {
     if (firstTime)
         fillOwnRecords();
     ModuleRecord *const head = publishedHead();
-    if (!head && !publish())
+    // Modules of a ring of version three look nowhere else.
+    if (m_version == RuntimeVersion::Four && !publish(head ? head : &m_module))
         return false;
     if (head && !isInRing(head)) {
         m_module.next = head->next;

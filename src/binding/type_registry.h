@@ -31,7 +31,7 @@ class TypeRegistry {
     TypeRecord *findInOthers(const char *name) const;
     TypeRecord *settle(std::size_t index);
     ModuleRecord *publishedHead();
-    bool publish();
+    bool publish(ModuleRecord *head);
     bool isInRing(const ModuleRecord *head) const;
 
     TypeRecord *m_types[kCount + 1]{};

@@ -86,7 +86,9 @@ TEST_F(TypeRegistryTest, AloneItPublishesVersionFour) {
     PyObject *const capsule = published("swig_runtime_data4", "type_pointer_capsule");
     ASSERT_TRUE(capsule);
     EXPECT_EQ(PyCapsule_GetPointer(capsule, "swig_runtime_data4.type_pointer_capsule"), &registry.module());
-    EXPECT_EQ(published("swig_runtime_data4", "type_pointer"), nullptr);
+    PyObject *const object = published("swig_runtime_data4", "type_pointer");
+    ASSERT_TRUE(object && PyCObject_Check(object));
+    EXPECT_EQ(PyCObject_AsVoidPtr(object), &registry.module());
     EXPECT_EQ(published("swig_runtime_data3", "type_pointer"), nullptr);
     EXPECT_EQ(ring(registry.module()).size(), 1U);
 }
@@ -128,6 +130,10 @@ TEST_F(TypeRegistryTest, ItJoinsACapsuleOfVersionFour) {
     EXPECT_EQ(registry.type(kPoint), foreign.type(0));
     EXPECT_EQ(registry.module().types[kPoint], foreign.type(0));
     EXPECT_EQ(acceptedAs(foreign.type(0)).size(), 1U);
+    // For a module of an older release that comes later.
+    PyObject *const object = published("swig_runtime_data4", "type_pointer");
+    ASSERT_TRUE(object && PyCObject_Check(object));
+    EXPECT_EQ(PyCObject_AsVoidPtr(object), &foreign.record);
 }
 
 TEST_F(TypeRegistryTest, ItJoinsACObjectOfVersionFour) {
@@ -136,7 +142,22 @@ TEST_F(TypeRegistryTest, ItJoinsACObjectOfVersionFour) {
     ASSERT_TRUE(registry.join());
     EXPECT_EQ(registry.runtimeVersion(), RuntimeVersion::Four);
     EXPECT_EQ(registry.type(kPoint), foreign.type(0));
-    EXPECT_EQ(published("swig_runtime_data4", "type_pointer_capsule"), nullptr);
+    // For a module of a newer release that comes later.
+    PyObject *const capsule = published("swig_runtime_data4", "type_pointer_capsule");
+    ASSERT_TRUE(capsule);
+    EXPECT_EQ(PyCapsule_GetPointer(capsule, "swig_runtime_data4.type_pointer_capsule"), &foreign.record);
+}
+
+TEST_F(TypeRegistryTest, WithoutCObjectsItPublishesACapsule) {
+    Interpreter::run("import warnings\nwarnings.simplefilter('error')");
+    // As with the interpreter's option -3, which warns of what is gone in Python 3.
+    Py_Py3kWarningFlag = 1;
+    const bool joined = registry.join();
+    Py_Py3kWarningFlag = 0;
+    ASSERT_TRUE(joined);
+    EXPECT_FALSE(PyErr_Occurred());
+    EXPECT_TRUE(published("swig_runtime_data4", "type_pointer_capsule"));
+    EXPECT_EQ(published("swig_runtime_data4", "type_pointer"), nullptr);
 }
 
 TEST_F(TypeRegistryTest, ItJoinsACObjectOfVersionThree) {

@@ -21,8 +21,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <new>
+#include <utility>
 
 #include "callback/python.h"
+#include "platform/fork.h"
 
 namespace {
 
@@ -34,19 +37,33 @@ struct Gate {
     std::condition_variable left;
     bool closed = false;
     int inside = 0;
+    unsigned countedIn = 0; ///< platform::forkCount() of `inside`
 };
 
-/// Never destroyed: threads may stand at it while the process ends.
-Gate &gate() {
-    static Gate *const instance = new Gate;
+/// Never destroyed, since threads may stand at it while the process ends, and made without an allocation, which could
+/// fail on a thread that nobody answers for.
+Gate &gate() noexcept {
+    alignas(Gate) static unsigned char memory[sizeof(Gate)];
+    static Gate *const instance = [] {
+        Gate *const made = new (memory) Gate;
+        platform::holdAcrossForks(made->mutex);
+        return made;
+    }();
     return *instance;
 }
 
 /// How often the calling thread stands inside; the end must not wait for itself.
 thread_local int insideHere = 0;
 
+/// After a fork only the thread that forked is there. Under the mutex.
+void forgetThreadsOfOtherProcesses() {
+    if (std::exchange(gate().countedIn, platform::forkCount()) != platform::forkCount())
+        gate().inside = insideHere;
+}
+
 void closeGate() {
     std::unique_lock lock(gate().mutex);
+    forgetThreadsOfOtherProcesses();
     gate().closed = true;
     gate().left.wait_for(lock, kPatience, [] { return gate().inside == insideHere; });
 }
@@ -111,6 +128,7 @@ bool enterInterpreter() {
     const std::lock_guard lock(gate().mutex);
     if (gate().closed || !Py_IsInitialized())
         return false;
+    forgetThreadsOfOtherProcesses();
     ++gate().inside;
     ++insideHere;
     return true;
@@ -118,6 +136,7 @@ bool enterInterpreter() {
 
 void leaveInterpreter() {
     const std::lock_guard lock(gate().mutex);
+    forgetThreadsOfOtherProcesses();
     --gate().inside;
     --insideHere;
     gate().left.notify_all();

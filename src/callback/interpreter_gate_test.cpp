@@ -12,6 +12,7 @@
 #include "callback/py_callback_wnd.h"
 #include "callback/py_locks.h"
 #include "callback/testing/interpreter.h"
+#include "callback/testing/plain_callback.h"
 
 namespace {
 
@@ -52,13 +53,13 @@ TEST(InterpreterGate, WithoutAnInterpreterNothingIsTouched) {
     const PyGILGuard lock;
     EXPECT_FALSE(lock);
     const PyAllowThreads allowThreads;
-    PyCallback callback;
+    PlainCallback callback;
     callback.Call("i", 1);
 }
 
 TEST(InterpreterGate, AnObjectMayOutliveTheInterpreter) {
     auto interpreter = std::make_unique<Interpreter>();
-    auto callback = std::make_unique<PyCallbackWnd>();
+    auto callback = std::make_unique<PlainCallbackWnd>();
     callback->SetCallback(Interpreter::value("seen.append").get());
     interpreter.reset();
     callback->Call("i", 1);
@@ -72,7 +73,7 @@ TEST(InterpreterGate, AnObjectMayOutliveTheInterpreter) {
 
 TEST(InterpreterGate, AWorkerThatDeliversMayOutliveTheInterpreter) {
     auto interpreter = std::make_unique<Interpreter>();
-    PyCallback callback;
+    PlainCallback callback;
     callback.SetCallback(Interpreter::value("seen.append").get());
     Worker worker(callback);
     worker.waitForRounds();
@@ -85,7 +86,7 @@ TEST(InterpreterGate, AWorkerThatDeliversMayOutliveTheInterpreter) {
 TEST(InterpreterGate, ManyEndsWhileManyDeliver) {
     for (int round = 0; round < 20; ++round) {
         auto interpreter = std::make_unique<Interpreter>();
-        PyCallback callback;
+        PlainCallback callback;
         callback.SetCallback(Interpreter::value("seen.append").get());
         Worker first(callback);
         Worker second(callback);
@@ -97,7 +98,7 @@ TEST(InterpreterGate, ManyEndsWhileManyDeliver) {
 
 TEST(InterpreterGate, TheEndWaitsForACallableThatRuns) {
     auto interpreter = std::make_unique<Interpreter>();
-    PyCallback callback;
+    PlainCallback callback;
     static bool entered, returned;
     entered = returned = false;
     static PyMethodDef marks[] = {
@@ -130,7 +131,7 @@ TEST(InterpreterGate, TheEndWaitsForACallableThatRuns) {
 
 TEST(InterpreterGate, AnExitFunctionThatHidesOursDoesNoHarm) {
     auto interpreter = std::make_unique<Interpreter>();
-    PyCallback callback;
+    PlainCallback callback;
     callback.SetCallback(Interpreter::value("seen.append").get());
     Interpreter::run("sys.exitfunc = lambda: None");
     Worker worker(callback);
@@ -167,7 +168,7 @@ TEST(InterpreterGate, EventsArriveInExitFunctionsRegisteredLaterAndNotInEarlierO
         "import atexit, listener\ndef early():\n    listener.hear('early '); event()\natexit.register(early)");
     PyDict_SetItemString(names, "watch", PyRef::adopt(watchInterpreter()).get());
     Interpreter::run("def late():\n    listener.hear('late '); event()\natexit.register(late)");
-    PyCallback callback;
+    PlainCallback callback;
     object = &callback;
     callback.SetCallback(Interpreter::value("listener.hear").get());
     Py_Finalize();
@@ -198,7 +199,7 @@ TEST(InterpreterGate, AThreadWithTheLockStillGetsItWhileTheInterpreterEnds) {
 }
 
 TEST(InterpreterGate, ANewInterpreterGetsEventsAgain) {
-    PyCallback callback;
+    PlainCallback callback;
     for (int round = 0; round < 3; ++round) {
         const Interpreter interpreter;
         callback.SetCallback(Interpreter::value("seen.append").get());

@@ -1,27 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "callback/py_callback.h"
 
+#include <exception>
 #include <utility>
 
 #include "callback/interpreter_gate.h"
+#include "callback/pending_error.h"
 #include "callback/py_locks.h"
 #include "callback/py_ref.h"
 #include "callback/python.h"
 #include "platform/environment.h"
+#include "platform/fork.h"
 
 namespace {
-
-/// Sets a pending Python error aside for a scope in which other Python code runs.
-class PendingError {
-  public:
-    PendingError() { PyErr_Fetch(&m_type, &m_value, &m_traceback); }
-    ~PendingError() { PyErr_Restore(m_type, m_value, m_traceback); }
-    PendingError(const PendingError &) = delete;
-    PendingError &operator=(const PendingError &) = delete;
-
-  private:
-    PyObject *m_type, *m_value, *m_traceback;
-};
 
 /// The argument tuple of a call, or null: without arguments, or after an error (then one is pending).
 PyObject *buildArguments(const char *format, std::va_list arguments) {
@@ -53,9 +44,21 @@ void printError() {
     PyErr_Clear();
 }
 
+/// Runs a conversion; memory that it cannot have is Python's MemoryError.
+template <typename Conversion>
+void raisingMemoryError(Conversion convert) {
+    try {
+        convert();
+    } catch (const std::exception &) {
+        PyErr_NoMemory();
+    }
+}
+
 } // namespace
 
-PyCallback::PyCallback() : m_hostMainWindow(platform::environmentNumber("loom main window")) {}
+PyCallback::PyCallback() {
+    m_fields.hostMainWindow = platform::environmentNumber("loom main window");
+}
 
 PyCallback::~PyCallback() {
     SetCallback(nullptr);
@@ -64,7 +67,7 @@ PyCallback::~PyCallback() {
 PyObject *PyCallback::SetCallback(PyObject *callable) {
     PyObject *const stored = callable == Py_None ? nullptr : callable;
     Py_XINCREF(stored);
-    PyObject *const before = m_callable.exchange(stored);
+    PyObject *const before = m_fields.callable.exchange(stored);
     // Last, since dropping a callable can run Python code that comes back here. Without the lock, which means without
     // an interpreter, it is left alone.
     if (before && holdsInterpreterLock())
@@ -74,7 +77,7 @@ PyObject *PyCallback::SetCallback(PyObject *callable) {
 
 template <typename Consume>
 void PyCallback::deliver(const char *format, std::va_list arguments, Consume consume) const {
-    if (!m_callable)
+    if (!m_fields.callable)
         return;
     const PyGILGuard lock;
     if (!lock || interpreterIsEnding())
@@ -82,7 +85,7 @@ void PyCallback::deliver(const char *format, std::va_list arguments, Consume con
     const Use use(*this);
     const PendingError pending;
     // A reference of its own: the callable may unregister itself, and with it the last reference, while it runs.
-    const PyRef callable = PyRef::share(m_callable);
+    const PyRef callable = PyRef::share(m_fields.callable);
     if (!callable)
         return;
     const PyRef tuple = PyRef::adopt(buildArguments(format, arguments));
@@ -137,7 +140,8 @@ std::string PyCallback::CallString(const char *format, ...) const {
     va_start(arguments, format);
     deliver(format, arguments, [&value](PyObject *result) {
         if (PyString_Check(result))
-            value.assign(PyString_AS_STRING(result), static_cast<std::size_t>(PyString_GET_SIZE(result)));
+            raisingMemoryError(
+                [&] { value.assign(PyString_AS_STRING(result), static_cast<std::size_t>(PyString_GET_SIZE(result))); });
         else
             PyErr_Format(PyExc_TypeError, "expected a byte string, %.200s found", Py_TYPE(result)->tp_name);
     });
@@ -154,8 +158,10 @@ std::wstring PyCallback::CallWString(const char *format, ...) const {
             PyErr_Format(PyExc_TypeError, "expected a unicode text, %.200s found", Py_TYPE(result)->tp_name);
             return;
         }
-        value.resize(static_cast<std::size_t>(PyUnicode_GET_SIZE(result)));
-        PyUnicode_AsWideChar(reinterpret_cast<PyUnicodeObject *>(result), value.data(), PyUnicode_GET_SIZE(result));
+        raisingMemoryError([&] {
+            value.resize(static_cast<std::size_t>(PyUnicode_GET_SIZE(result)));
+            PyUnicode_AsWideChar(reinterpret_cast<PyUnicodeObject *>(result), value.data(), PyUnicode_GET_SIZE(result));
+        });
     });
     va_end(arguments);
     return value;
@@ -173,16 +179,16 @@ PyObject *PyCallback::CallObject(const char *format, ...) const {
     return value;
 }
 
-void PyCallback::DestroyWhenUnused() {
-    if (m_uses == 0)
-        destroyKeepingError();
-    else
-        m_doomed = true;
-}
-
-void PyCallback::destroyKeepingError() const {
+void PyCallback::destroyWith(void (*destroy)(PyCallback *)) {
+    if (m_fields.uses != 0) {
+        m_fields.doomed = true;
+        return;
+    }
     const PendingError pending;
     // The destructor may deliver a last event, whose Use must not end in another destruction.
-    m_uses = 1;
-    delete this;
+    m_fields.uses = 1;
+    if (m_fields.madeIn == platform::forkCount())
+        destroy(this);
+    else
+        SetCallback(nullptr);
 }

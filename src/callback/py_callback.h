@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <atomic>
 #include <cstdarg>
 #include <cstdint>
 #include <string>
 
+#include "callback/callback_fields.h"
 #include "callback/python_fwd.h"
 
 /// Holds the host's callable and calls it with the interpreter lock taken, on the thread that raises the event.
@@ -21,9 +21,13 @@
 class PyCallback {
   public:
     PyCallback();
-    virtual ~PyCallback();
     PyCallback(const PyCallback &) = delete;
     PyCallback &operator=(const PyCallback &) = delete;
+
+    /// Slot 0: destroys an object made with new, at once or at the end of the last use. Lock held. In a process that was
+    /// forked since the object was made it stays where it is, without its callable: it is a copy, whose threads are
+    /// elsewhere.
+    virtual void Destroy() = 0;
 
     /// Drops the callable held and stores `callable` with a reference of its own; null or None unregisters.
     /// Returns what is stored (borrowed) or null.
@@ -46,36 +50,59 @@ class PyCallback {
     PyObject *CallObject(const char *format, ...) const;
 
     /// The number of the host's main window, for the host; nothing here uses it.
-    std::int32_t hostMainWindow() const { return m_hostMainWindow; }
+    std::int32_t hostMainWindow() const { return m_fields.hostMainWindow; }
 
     /// Keeps the object alive for a scope in which code of its own runs, against a destruction asked for in between: by
     /// a callable that the code delivers to, or by another thread while the interpreter lock is released. Lock held at
     /// both ends.
     class Use {
       public:
-        explicit Use(const PyCallback &object) : m_object(object) { ++object.m_uses; }
+        Use() = default;
+        explicit Use(const PyCallback &object) { begin(object); }
         ~Use() {
-            if (--m_object.m_uses == 0 && m_object.m_doomed)
-                m_object.destroyKeepingError();
+            if (m_object)
+                m_object->endUse();
         }
         Use(const Use &) = delete;
         Use &operator=(const Use &) = delete;
 
+        /// At most once, for a Use made without an object.
+        void begin(const PyCallback &object) {
+            m_object = &object;
+            object.beginUse();
+        }
+
+        const PyCallback *object() const { return m_object; }
+
       private:
-        const PyCallback &m_object;
+        const PyCallback *m_object = nullptr;
     };
 
-    /// Deletes an object made with new, at once or at the end of the last Use. Lock held.
-    void DestroyWhenUnused();
+  protected:
+    // A virtual destructor takes one slot with one compiler and two with the other.
+    ~PyCallback();
+
+    /// Destroy, in the class of which the object was made.
+    template <typename Object>
+    static void destroyWhenUnused(Object *object) {
+        object->destroyWith([](PyCallback *self) { delete static_cast<Object *>(self); });
+    }
+
+    /// A use that no scope brackets. Lock held.
+    void beginUse() const { ++m_fields.uses; }
+    /// The object may be gone afterwards.
+    void endUse() const {
+        if (--m_fields.uses == 0 && m_fields.doomed)
+            const_cast<PyCallback *>(this)->Destroy();
+    }
+
+    CallbackFields m_fields;
 
   private:
     /// Calls the callable and hands its result, if there is one, to `consume`, all with the lock held.
     template <typename Consume>
     void deliver(const char *format, std::va_list arguments, Consume consume) const;
-    void destroyKeepingError() const;
-
-    std::atomic<PyObject *> m_callable{nullptr}; ///< other threads test it for null without the lock
-    std::int32_t m_hostMainWindow;               ///< read from the environment at construction
-    mutable int m_uses = 0;                      ///< guarded by the interpreter lock, as is m_doomed
-    bool m_doomed = false;                       ///< to be deleted when m_uses comes to 0
+    void destroyWith(void (*destroy)(PyCallback *));
 };
+
+static_assert(sizeof(PyCallback) == sizeof(void *) + sizeof(CallbackFields));

@@ -6,7 +6,9 @@
 #include <string>
 
 #include "callback/testing/interpreter.h"
+#include "callback/testing/plain_callback.h"
 #include "platform/test_environment.h"
+#include "platform/testing/failing_new.h"
 
 namespace {
 
@@ -21,7 +23,7 @@ class PyCallbackTest : public testing::Test {
     }
 
     Interpreter interpreter;
-    PyCallback callback;
+    PlainCallback callback;
 };
 
 TEST_F(PyCallbackTest, NothingHappensWithoutACallable) {
@@ -55,7 +57,7 @@ TEST_F(PyCallbackTest, ReplacingACallableDropsExactlyOneReference) {
 TEST_F(PyCallbackTest, TheDestructorDropsTheCallable) {
     const PyRef append = Interpreter::value("seen.append");
     {
-        PyCallback shortLived;
+        PlainCallback shortLived;
         shortLived.SetCallback(append.get());
         EXPECT_EQ(Py_REFCNT(append.get()), 2);
     }
@@ -168,6 +170,20 @@ TEST_F(PyCallbackTest, AResultOfTheWrongTypeIsPrinted) {
     EXPECT_FALSE(PyErr_Occurred());
 }
 
+TEST_F(PyCallbackTest, AResultWithoutMemoryIsPrintedAndEmpty) {
+    set(callback, "lambda: 1000 * 'x'");
+    {
+        const platform::FailingNew failing(0);
+        EXPECT_EQ(callback.CallString(nullptr).size(), 0U);
+    }
+    set(callback, "lambda: 1000 * u'x'");
+    {
+        const platform::FailingNew failing(0);
+        EXPECT_EQ(callback.CallWString(nullptr).size(), 0U);
+    }
+    EXPECT_EQ(errorCount("MemoryError"), 2);
+}
+
 /// Python code reaches the callback under test through these.
 PyCallback *reachable = nullptr;
 
@@ -182,7 +198,7 @@ PyObject *callFromPython(PyObject *, PyObject *code) {
 }
 
 PyObject *destroyFromPython(PyObject *, PyObject *) {
-    reachable->DestroyWhenUnused();
+    reachable->Destroy();
     Py_RETURN_NONE;
 }
 
@@ -194,10 +210,11 @@ PyMethodDef testMethods[] = {
 };
 
 /// An object made with new that tells when it goes.
-class Tracked : public PyCallback {
+class Tracked final : public PyCallback {
   public:
     explicit Tracked(bool *gone) : m_gone(gone) {}
-    ~Tracked() override { *m_gone = true; }
+    ~Tracked() { *m_gone = true; }
+    void Destroy() override { destroyWhenUnused(this); }
 
   private:
     bool *m_gone;
@@ -267,7 +284,7 @@ TEST_F(PyCallbackReentryTest, AnUseOutlivesADestructionAskedFor) {
         const PyCallback::Use outer(*object);
         {
             const PyCallback::Use inner(*object);
-            object->DestroyWhenUnused();
+            object->Destroy();
         }
         EXPECT_FALSE(gone);
     }
@@ -277,10 +294,17 @@ TEST_F(PyCallbackReentryTest, AnUseOutlivesADestructionAskedFor) {
 }
 
 /// Delivers once more while it is destroyed, as a worker's last event does.
-class Parting : public Tracked {
+class Parting final : public PyCallback {
   public:
-    using Tracked::Tracked;
-    ~Parting() override { Call("i", 9); }
+    explicit Parting(bool *gone) : m_gone(gone) {}
+    ~Parting() {
+        Call("i", 9);
+        *m_gone = true;
+    }
+    void Destroy() override { destroyWhenUnused(this); }
+
+  private:
+    bool *m_gone;
 };
 
 TEST_F(PyCallbackReentryTest, AnObjectMayDeliverWhileItIsDestroyed) {
@@ -295,19 +319,19 @@ TEST_F(PyCallbackReentryTest, AnObjectMayDeliverWhileItIsDestroyed) {
 
 TEST_F(PyCallbackReentryTest, AnUnusedObjectIsDestroyedAtOnce) {
     bool gone = false;
-    (new Tracked(&gone))->DestroyWhenUnused();
+    (new Tracked(&gone))->Destroy();
     EXPECT_TRUE(gone);
 }
 
 TEST(PyCallback, TheHostWindowNumberIsReadAtConstruction) {
     const platform::ScopedEnvironment variable("loom main window", "4711");
-    const PyCallback callback;
+    const PlainCallback callback;
     EXPECT_EQ(callback.hostMainWindow(), 4711);
 }
 
 TEST(PyCallback, WithoutAHostWindowTheNumberIsZero) {
     const platform::ScopedEnvironment variable("loom main window", nullptr);
-    EXPECT_EQ(PyCallback().hostMainWindow(), 0);
+    EXPECT_EQ(PlainCallback().hostMainWindow(), 0);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 
 #include "callback/py_callback.h"
 #include "callback/testing/interpreter.h"
+#include "callback/testing/plain_callback.h"
 
 namespace {
 
@@ -83,7 +84,7 @@ TEST_F(PyLocksTest, TheGuardWorksOnAThreadThatPythonHasNeverSeen) {
 
 TEST_F(PyLocksTest, WithoutACallableNoLockIsTaken) {
     // With the lock held here, a thread that wanted it would never come back.
-    const PyCallback callback;
+    const PlainCallback callback;
     std::thread([&callback] {
         callback.Call("i", 1);
         EXPECT_EQ(callback.CallInt("i", 1), 0);
@@ -93,7 +94,7 @@ TEST_F(PyLocksTest, WithoutACallableNoLockIsTaken) {
 TEST_F(PyLocksTest, EventsOfManyThreadsAllArrive) {
     constexpr int kThreads = 4;
     constexpr int kEvents = 200;
-    PyCallback callback;
+    PlainCallback callback;
     callback.SetCallback(Interpreter::value("seen.append").get());
     {
         const PyAllowThreads allowThreads;
@@ -115,7 +116,7 @@ TEST_F(PyLocksTest, EventsOfManyThreadsAllArrive) {
 }
 
 TEST_F(PyLocksTest, TheCallableMayBeReplacedWhileOthersDeliver) {
-    PyCallback callback;
+    PlainCallback callback;
     const PyRef append = Interpreter::value("seen.append");
     std::atomic<bool> stop{false};
     std::vector<std::thread> threads;

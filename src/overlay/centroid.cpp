@@ -5,7 +5,7 @@
 
 #include "callback/python.h"
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 
 HRESULT calculateCentroid(const std::vector<MPointF> *points, Centroid *centroid) {
     if (!points || points->empty() || !centroid)
@@ -38,6 +38,7 @@ void Orvanel::UpdateCentroid() {
 }
 
 PyObject *Orvanel::GetCentroidUS() {
+    m_textureLock.refuseWhatAForkLeft();
     Centroid centroid;
     bool shown = false;
     {

@@ -125,9 +125,12 @@ void moveAnchor(const Chain &chain, std::size_t index, std::int32_t dx, std::int
 
 void placeAnchor(const Chain &chain, std::size_t index, float x, float y) {
     const MPoint &anchor = chain.points[index];
-    moveAnchor(chain, index,
-               wrappingDifference(placeCoordinate(x, chain.placement.width, chain.placement.left), anchor.x),
-               wrappingDifference(placeCoordinate(y, chain.placement.height, chain.placement.top), anchor.y));
+    const std::int32_t dx =
+        wrappingDifference(placeCoordinate(x, chain.placement.width, chain.placement.left), anchor.x);
+    const std::int32_t dy =
+        wrappingDifference(placeCoordinate(y, chain.placement.height, chain.placement.top), anchor.y);
+    if (dx != 0 || dy != 0)
+        moveAnchor(chain, index, dx, dy);
     chain.pointsF[index].x = x;
     chain.pointsF[index].y = y;
 }

@@ -56,6 +56,14 @@ std::optional<std::size_t> hitTestAnchor(const std::vector<MPoint> &points, std:
 /// The control points of a straight segment, at one quarter and three quarters of the way.
 std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to);
 
+// Whatever grows a chain throws std::bad_alloc before it has changed anything: both vectors get room first, so that
+// they stay equally long.
+
+/// How many points an insertion or an appended anchor adds at most.
+inline constexpr std::size_t kMostPointsAdded = 5;
+/// Makes room for that many more points.
+void makeRoom(const Chain &chain, std::size_t count);
+
 /// Appends an anchor, after the straight control points from the last one. An outline that is closed already stays
 /// closed.
 void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y);
@@ -78,7 +86,7 @@ void moveControl(const Chain &chain, std::size_t index, std::int32_t dx, std::in
 /// Moves one anchor; bent sides move their handle along, straight sides are re-placed.
 void moveAnchor(const Chain &chain, std::size_t index, std::int32_t dx, std::int32_t dy);
 /// Puts one anchor on a place in fractions of the placement rectangle, kept as it is; the sides follow as in
-/// moveAnchor.
+/// moveAnchor. On the pixel where it is already, they stay as they are.
 void placeAnchor(const Chain &chain, std::size_t index, float x, float y);
 /// Moves every point.
 void moveAll(const Chain &chain, std::int32_t dx, std::int32_t dy);

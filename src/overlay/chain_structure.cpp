@@ -2,6 +2,8 @@
 // The operations of chain.h that change the number of points.
 
 #include <algorithm>
+#include <array>
+#include <tuple>
 
 #include "overlay/chain.h"
 #include "overlay/types/placement.h"
@@ -22,11 +24,14 @@ MPoint controlAt(const MPoint &from, double factor, const MPoint &a, const MPoin
     return {kControlPoint, advance(from.x, factor, a.x, b.x), advance(from.y, factor, a.y, b.y), 0, 0, 0};
 }
 
-void insertRun(const Chain &chain, std::size_t position, const std::vector<MPoint> &run) {
-    std::vector<MPointF> twins;
-    twins.reserve(run.size());
-    for (const MPoint &point : run)
-        twins.push_back(normalisePoint(point, chain.placement));
+/// A point inserted on a segment, between the two control points on either side.
+using InsertedRun = std::array<MPoint, 5>;
+
+/// There is room.
+void insertRun(const Chain &chain, std::size_t position, const InsertedRun &run) {
+    std::array<MPointF, std::tuple_size_v<InsertedRun>> twins;
+    std::transform(run.begin(), run.end(), twins.begin(),
+                   [&chain](const MPoint &point) { return normalisePoint(point, chain.placement); });
     const auto offset = static_cast<std::ptrdiff_t>(position);
     chain.points.insert(chain.points.begin() + offset, run.begin(), run.end());
     chain.pointsF.insert(chain.pointsF.begin() + offset, twins.begin(), twins.end());
@@ -45,7 +50,7 @@ std::size_t controlsAfter(const std::vector<MPoint> &points, std::size_t index) 
     return static_cast<std::size_t>(std::find_if_not(first, points.end(), isControl) - first);
 }
 
-/// Appends an anchor or a handle together with its twin.
+/// Appends an anchor or a handle together with its twin. There is room.
 void append(const Chain &chain, const MPoint &point) {
     chain.points.push_back(point);
     chain.pointsF.push_back(normalisePoint(point, chain.placement));
@@ -63,6 +68,10 @@ void rebuild(const Chain &chain, const std::vector<std::size_t> &kept) {
     std::vector<MPoint> points;
     std::vector<MPointF> pointsF;
     const Chain rebuilt = {points, pointsF, chain.placement};
+    std::size_t most = 0;
+    for (const std::size_t anchor : kept)
+        most += 1 + std::max<std::size_t>(2, controlsAfter(chain.points, anchor));
+    makeRoom(rebuilt, most);
     const bool closed = isClosed(chain);
     for (std::size_t position = 0; position < kept.size(); ++position) {
         const std::size_t anchor = kept[position];
@@ -92,6 +101,16 @@ void rebuild(const Chain &chain, const std::vector<std::size_t> &kept) {
 
 } // namespace
 
+void makeRoom(const Chain &chain, std::size_t count) {
+    const auto grow = [wanted = chain.size() + count](auto &points) {
+        // Twice as much, so that appending point by point stays linear.
+        if (points.capacity() < wanted)
+            points.reserve(std::max(wanted, 2 * points.capacity()));
+    };
+    grow(chain.points);
+    grow(chain.pointsF);
+}
+
 bool isClosed(const Chain &chain) {
     return !chain.points.empty() && isControl(chain.points.back());
 }
@@ -101,6 +120,7 @@ std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to)
 }
 
 void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y) {
+    makeRoom(chain, kMostPointsAdded);
     const MPoint anchor = {kAnchorPoint, x, y, 0, 0, 0};
     const bool closed = isClosed(chain);
     if (closed) {
@@ -120,6 +140,7 @@ void closeChain(const Chain &chain) {
     const auto first = chain.points.empty() ? std::nullopt : anchorAtOrAfter(chain.points, 0);
     if (!first)
         return;
+    makeRoom(chain, 2);
     const std::size_t last = *anchorAtOrBefore(chain.points, chain.size() - 1);
     erase(chain, last + 1, controlsAfter(chain.points, last));
     const MPoint from = chain.points[last];
@@ -138,6 +159,7 @@ bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index) {
     const auto found = anchorAtOrBefore(chain.points, start);
     if (!found)
         return false;
+    makeRoom(chain, kMostPointsAdded);
     const std::size_t begin = *found;
     erase(chain, begin + 1, std::min<std::size_t>(2, controlsAfter(chain.points, begin)));
     const std::size_t end = wrappedIndex(begin, 1, chain.size());
@@ -145,7 +167,7 @@ bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index) {
     MPoint inserted = {point.type, point.x, point.y, point.curveIn, point.curveOut, 0};
     const MPoint from = chain.points[begin];
     const MPoint to = chain.points[end];
-    std::vector<MPoint> run;
+    InsertedRun run;
     if (from.curveOut == 0) {
         const auto [fromQuarter, fromThreeQuarters] = straightControls(from, inserted);
         const auto [toQuarter, toThreeQuarters] = straightControls(inserted, to);

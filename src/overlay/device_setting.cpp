@@ -1,82 +1,77 @@
 // SPDX-License-Identifier: MIT
-// The saved form of a whole selection: a dictionary with small integers as keys.
+// Saving and restoring the whole selection: between the object and what saved_setting.h reads and builds.
 
-#include "callback/py_ref.h"
+#include <cstring>
+#include <optional>
+
+#include "callback/py_locks.h"
 #include "callback/python.h"
+#include "overlay/keyframe_between.h"
 #include "overlay/orvanel.h"
-#include "overlay/python_list.h"
 #include "overlay/python_values.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/saved_setting.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 
 namespace {
 
-enum SettingKey {
-    kIsMask = 0,
-    kInverse = 1,
-    kOpenOutline = 2,
-    kKeyFrames = 3,
-    kDuration = 4,
-    kPoints = 5,
-    kFeathers = 6,
-    kCentroid = 7,
-    kFeatherShifts = 8,
-    kHide = 9,
-};
-
-/// Only True itself counts; hosts store these flags as bools.
-bool isTrue(PyObject *setting, SettingKey key) {
-    return settingValue(setting, key) == Py_True;
+/// The pixel points of normalised ones.
+std::vector<MPoint> placed(const std::vector<MPointF> &pointsF, const PixelRect &placement) {
+    std::vector<MPoint> points;
+    points.reserve(pointsF.size());
+    for (const MPointF &point : pointsF)
+        points.push_back(placePoint(point, placement));
+    return points;
 }
 
-bool storeFlag(PyObject *setting, SettingKey key, bool value) {
-    return storeSetting(setting, key, PyBool_FromLong(value));
-}
-
-/// A record of normalised points placed in a rectangle.
-void fillRecord(Quill::KeyFrameMaskInfo &record, std::vector<MPointF> points, const PixelRect &placement) {
-    record.placement = placement;
-    record.pointsF = std::move(points);
-    record.points.clear();
-    for (const MPointF &point : record.pointsF)
-        record.points.push_back(placePoint(point, placement));
-}
-
-/// Reads a keyframe's dictionary; false when it is none.
-bool readKeyFrame(PyObject *item, Quill::KeyFrameMaskInfo &record, const PixelRect &placement) {
-    if (!PyDict_Check(item))
-        return false;
-    // Held, since converting what the host put in there can run Python code.
-    const PyRef duration = PyRef::share(settingValue(item, kDuration));
-    const PyRef pointList = PyRef::share(settingValue(item, kPoints));
-    std::vector<MPointF> points;
-    if (!duration || !readPoints(pointList.get(), points))
-        return false;
-    fillRecord(record, std::move(points), placement);
-    readDuration(duration.get(), record.duration);
-    return true;
-}
-
-/// Takes over the reference to `points`.
-PyObject *buildKeyFrameDictionary(std::int64_t duration, PyObject *points) {
-    PyRef dictionary = PyRef::adopt(PyDict_New());
-    PyRef ownedPoints = PyRef::adopt(points);
-    const bool complete = dictionary && storeSetting(dictionary.get(), kDuration, PyLong_FromLongLong(duration)) &&
-                          storeSetting(dictionary.get(), kPoints, ownedPoints.release());
-    return complete ? dictionary.release() : nullptr;
-}
-
-PyObject *buildKeyFrame(const Quill::KeyFrameMaskInfo &record) {
-    return buildKeyFrameDictionary(record.duration, buildPointBytes(record.pointsF));
+std::unique_ptr<Quill::KeyFrameMaskInfo> makeRecord(SavedKeyFrame &saved, const PixelRect &placement) {
+    auto record = std::make_unique<Quill::KeyFrameMaskInfo>();
+    record->duration = saved.duration;
+    record->placement = placement;
+    record->pointsF = saved.points.take();
+    record->points = placed(record->pointsF, placement);
+    return record;
 }
 
 /// The picture that hosts generate keyframes for.
 constexpr PixelRect kGeneratedPlacement = {0, 0, 1920, 1080};
 
+/// Byte strings made empty-handed, and where their contents come from. Making a string runs nobody's code.
+class PointStrings {
+  public:
+    /// New reference, or null with an error pending. `points` must stay until fill().
+    PyObject *add(const std::vector<MPointF> &points) {
+        const std::size_t bytes = points.size() * sizeof(MPointF);
+        PyRef string = PyRef::adopt(PyString_FromStringAndSize(nullptr, static_cast<Py_ssize_t>(bytes)));
+        if (string && bytes > 0) {
+            m_copies.push_back({PyString_AS_STRING(string.get()), points.data(), bytes});
+            m_bytes += bytes;
+        }
+        return string.release();
+    }
+    void fill() const {
+        std::optional<PyAllowThreads> allowThreads;
+        if (m_bytes >= kBytesWorthLettingGo)
+            allowThreads.emplace();
+        for (const Copy &copy : m_copies)
+            std::memcpy(copy.to, copy.from, copy.bytes);
+    }
+
+  private:
+    struct Copy {
+        char *to;
+        const MPointF *from;
+        std::size_t bytes;
+    };
+    std::vector<Copy> m_copies;
+    std::size_t m_bytes = 0;
+};
+
 } // namespace
 
 PyObject *Orvanel::GetCurrentPoints() const {
     const TextureLockGuard lock(m_textureLock);
+    // Making a string runs nobody's code.
     if (!m_pointsF.empty())
         return buildPointBytes(m_pointsF);
     Py_INCREF(Py_None);
@@ -84,66 +79,90 @@ PyObject *Orvanel::GetCurrentPoints() const {
 }
 
 PyObject *Orvanel::GetCurrentDevSetting() const {
-    const TextureLockGuard lock(m_textureLock);
-    PyRef owned = PyRef::adopt(PyDict_New());
-    PyObject *const setting = owned.get();
-    const bool complete =
-        setting && storeFlag(setting, kIsMask, m_isMask) && storeFlag(setting, kInverse, m_inverse) &&
-        storeFlag(setting, kHide, m_hide) && storeSetting(setting, kFeathers, buildFeathers(m_feathers)) &&
-        storeSetting(setting, kFeatherShifts, buildFeathers(m_featherShifts)) &&
-        (m_isMask ? storeKeyFrames(setting) : storeSetting(setting, kOpenOutline, buildPointBytes(m_pointsF)));
-    return complete ? owned.release() : nullptr;
+    SettingCopy copy;
+    if (!copySetting(copy))
+        return nullptr;
+    return buildSetting(copy);
 }
 
-bool Orvanel::storeKeyFrames(PyObject *setting) const {
-    PyRef list =
-        PyRef::adopt(buildList(m_keyFrames, [](const KeyFrame &keyFrame) { return buildKeyFrame(*keyFrame.record); }));
-    if (!storeSetting(setting, kKeyFrames, list.release()))
-        return false;
-    if (m_keyFrames.empty())
-        return true;
-    // A first keyframe without points has no centre and is saved as (0, 0).
-    Centroid centroid;
-    calculateCentroid(&m_keyFrames.front().record->pointsF, &centroid);
-    return storeSetting(setting, kCentroid,
-                        Py_BuildValue("(f,f)", static_cast<double>(centroid.x), static_cast<double>(centroid.y)));
+/// False with a Python error pending.
+bool Orvanel::copySetting(SettingCopy &copy) const {
+    const TextureLockGuard lock(m_textureLock);
+    copy.isMask = m_isMask;
+    copy.inverse = m_inverse;
+    copy.hide = m_hide;
+    copy.feathers = m_feathers;
+    copy.featherShifts = m_featherShifts;
+    PointStrings strings;
+    if (!copy.isMask) {
+        copy.outline = PyRef::adopt(strings.add(m_pointsF));
+        if (!copy.outline)
+            return false;
+    } else {
+        copy.keyFrames.reserve(m_keyFrames.size());
+        for (const KeyFrame &keyFrame : m_keyFrames) {
+            copy.keyFrames.push_back({keyFrame.duration, PyRef::adopt(strings.add(keyFrame.record->pointsF))});
+            if (!copy.keyFrames.back().points)
+                return false;
+        }
+        // A first keyframe without points has no centre and is saved as (0, 0).
+        if (!m_keyFrames.empty())
+            calculateCentroid(&m_keyFrames.front().record->pointsF, &copy.centroid);
+    }
+    strings.fill();
+    return true;
+}
+
+/// Needs neither lock.
+std::vector<Orvanel::KeyFrame> Orvanel::makeKeyFrames(SavedSetting &saved, const PixelRect &placement) {
+    // The mask size stays 0 x 0, so that the first drawing re-places the points. Durations are taken as they come.
+    std::vector<KeyFrame> keyFrames;
+    keyFrames.reserve(saved.keyFrames.size());
+    for (SavedKeyFrame &keyFrame : saved.keyFrames)
+        keyFrames.push_back({keyFrame.duration, makeRecord(keyFrame, placement)});
+    return keyFrames;
 }
 
 void Orvanel::SetDevSetting(PyObject *setting) {
     if (!setting || !PyDict_Check(setting))
         return;
-    const TextureLockGuard lock(m_textureLock);
-    ClearPointsAndKeyFrame();
-    m_isMask = isTrue(setting, kIsMask);
-    m_inverse = isTrue(setting, kInverse);
-    m_hide = isTrue(setting, kHide);
-    readFeathers(settingValue(setting, kFeathers), m_feathers);
-    readFeathers(settingValue(setting, kFeatherShifts), m_featherShifts);
-    if (m_isMask)
-        loadKeyFrames(settingValue(setting, kKeyFrames));
-    else
-        loadOpenOutline(settingValue(setting, kOpenOutline));
-    markEdited();
-}
-
-void Orvanel::loadKeyFrames(PyObject *list) {
-    if (!list || !PyList_Check(list))
-        return;
-    for (Py_ssize_t index = 0; index < PyList_GET_SIZE(list); ++index) {
-        // The mask size stays 0 x 0, so that the first drawing re-places the points. Durations are taken as they come.
-        auto record = std::make_unique<Quill::KeyFrameMaskInfo>();
-        const PyRef item = PyRef::share(PyList_GET_ITEM(list, index));
-        if (readKeyFrame(item.get(), *record, m_videoRect))
-            m_keyFrames.push_back({record->duration, std::move(record)});
+    SavedSetting saved = readSetting(setting);
+    std::optional<PyAllowThreads> allowThreads;
+    if (saved.bytes() >= kBytesWorthLettingGo)
+        allowThreads.emplace();
+    PixelRect placement;
+    {
+        const TextureLockGuard lock(m_textureLock);
+        placement = m_videoRect;
     }
-}
+    std::vector<KeyFrame> keyFrames = makeKeyFrames(saved, placement);
+    std::vector<MPointF> outline = saved.outline.take();
+    std::vector<MPoint> outlinePoints = placed(outline, placement);
 
-void Orvanel::loadOpenOutline(PyObject *points) {
-    if (!readPoints(points, m_pointsF))
-        return;
-    m_points.clear();
-    for (const MPointF &point : m_pointsF)
-        m_points.push_back(placePoint(point, m_videoRect));
+    // Before the lock, so that what it held until now is freed after it.
+    std::vector<KeyFrame> before;
+    const TextureLockGuard lock(m_textureLock);
+    if (placement != m_videoRect) {
+        // Another thread gave the picture another place meanwhile.
+        outlinePoints = placed(outline, m_videoRect);
+        for (const KeyFrame &keyFrame : keyFrames) {
+            keyFrame.record->placement = m_videoRect;
+            keyFrame.record->points = placed(keyFrame.record->pointsF, m_videoRect);
+        }
+    }
+    before.swap(m_keyFrames);
+    ClearPointsAndKeyFrame();
+    m_isMask = saved.isMask;
+    m_inverse = saved.inverse;
+    m_hide = saved.hide;
+    if (saved.feathers)
+        m_feathers.swap(*saved.feathers);
+    if (saved.featherShifts)
+        m_featherShifts.swap(*saved.featherShifts);
+    m_keyFrames.swap(keyFrames);
+    m_points.swap(outlinePoints);
+    m_pointsF.swap(outline);
+    markEdited();
 }
 
 void Orvanel::SetDevSettingPoints(PyObject *list, std::vector<MPointF> &points) {
@@ -154,20 +173,37 @@ void Orvanel::SetDevSettingPointsBuf(PyObject *bytes, std::vector<MPointF> &poin
     readPointBytes(bytes, points);
 }
 
+PyObject *Orvanel::feathersOf(const std::vector<FeatherRecord> &records) const {
+    std::vector<FeatherRecord> copy;
+    {
+        const TextureLockGuard lock(m_textureLock);
+        copy = records;
+    }
+    return buildFeathers(copy);
+}
+
+void Orvanel::replaceFeathers(std::vector<FeatherRecord> &records, PyObject *list) {
+    auto read = readFeathers(list);
+    if (!read)
+        return;
+    const TextureLockGuard lock(m_textureLock);
+    records.swap(*read);
+}
+
 PyObject *Orvanel::GetFeathers() const {
-    return buildFeathers(m_feathers);
+    return feathersOf(m_feathers);
 }
 
 void Orvanel::SetFeathers(PyObject *list) {
-    readFeathers(list, m_feathers);
+    replaceFeathers(m_feathers, list);
 }
 
 PyObject *Orvanel::GetFeatherShifts() const {
-    return buildFeathers(m_featherShifts);
+    return feathersOf(m_featherShifts);
 }
 
 void Orvanel::SetFeatherShifts(PyObject *list) {
-    readFeathers(list, m_featherShifts);
+    replaceFeathers(m_featherShifts, list);
 }
 
 PyObject *Orvanel::GenerateSpecificKeyFrame(PyObject *first, PyObject *second, LONGLONG duration) {
@@ -175,15 +211,18 @@ PyObject *Orvanel::GenerateSpecificKeyFrame(PyObject *first, PyObject *second, L
         Py_INCREF(Py_None);
         return Py_None;
     }
-    Quill::KeyFrameMaskInfo earlier;
-    Quill::KeyFrameMaskInfo later;
-    readKeyFrame(first, earlier, kGeneratedPlacement);
-    readKeyFrame(second, later, kGeneratedPlacement);
+    SavedKeyFrame earlier;
+    SavedKeyFrame later;
+    // What is no keyframe counts as one without points.
+    if (!readKeyFrame(first, earlier))
+        earlier = {};
+    if (!readKeyFrame(second, later))
+        later = {};
     Quill::KeyFrameMaskInfo generated;
     generated.duration = duration;
     generated.placement = kGeneratedPlacement;
     generated.maskWidth = static_cast<std::uint16_t>(kGeneratedPlacement.width);
     generated.maskHeight = static_cast<std::uint16_t>(kGeneratedPlacement.height);
-    CalcKeyFrame(earlier, later, generated, false);
-    return buildKeyFrameDictionary(duration, buildPointTuples(generated.pointsF));
+    fillBetween(*makeRecord(earlier, kGeneratedPlacement), *makeRecord(later, kGeneratedPlacement), generated);
+    return buildKeyFrame(duration, buildPointTuples(generated.pointsF));
 }

@@ -3,14 +3,14 @@
 
 #include "callback/py_locks.h"
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 #include "support/diag_log.h"
 
 HRESULT Orvanel::ResetBuffer() {
     const PyAllowThreads allowThreads;
     DiagLogPrint("Orvanel::ResetBuffer() enter\n");
-    const std::lock_guard lock(m_textureLock);
+    const TextureLockGuard lock(m_textureLock);
     if (!m_canvas)
         return E_FAIL;
     m_bufferLen = m_stride * m_displayHeight;
@@ -22,7 +22,7 @@ HRESULT Orvanel::ResetBuffer() {
 
 int Orvanel::SetVideoCoordinate(INT displayWidth, INT displayHeight, INT left, INT top, INT width, INT height) {
     const PyAllowThreads allowThreads;
-    const std::lock_guard lock(m_textureLock);
+    const TextureLockGuard lock(m_textureLock);
     const PixelRect videoRect = {left, top, width, height};
     const auto newWidth = static_cast<std::uint32_t>(displayWidth);
     const auto newHeight = static_cast<std::uint32_t>(displayHeight);

@@ -2,7 +2,7 @@
 // The object's questions and switches.
 
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 
 int Orvanel::ResetDirtyFlag() {
     m_dirty = false;
@@ -15,11 +15,13 @@ int Orvanel::ResetNewMask() {
 }
 
 bool Orvanel::IsHoverControlPoint() {
+    m_textureLock.refuseWhatAForkLeft();
     const std::lock_guard lock(m_hoverLock);
     return m_onKeyFrame && m_hover.type == kHoverPoint;
 }
 
 bool Orvanel::IsHoverPointInLine() {
+    m_textureLock.refuseWhatAForkLeft();
     const std::lock_guard lock(m_hoverLock);
     return m_onKeyFrame && m_hover.type == kHoverLine;
 }
@@ -35,11 +37,13 @@ bool Orvanel::IsHoverSelectedPointInLine() {
 }
 
 bool Orvanel::IsNeedHandleMouseEvent() {
+    m_textureLock.refuseWhatAForkLeft();
     const std::lock_guard lock(m_hoverLock);
     return !m_isMask || m_onKeyFrame;
 }
 
 bool Orvanel::SetHoverCentralPoint(bool hovered) {
+    m_textureLock.refuseWhatAForkLeft();
     const std::lock_guard lock(m_stateLock);
     m_hoverCentralPoint = hovered;
     return true;

@@ -4,13 +4,14 @@
 #include "overlay/orvanel.h"
 
 void FrameSource::lockTexture() {
-    m_owner.LockTexture();
+    while (!m_owner.TryLockForRefresh(1000)) {
+    }
 }
 void FrameSource::unlockTexture() {
-    m_owner.UnlockTexture();
+    m_owner.UnlockAfterRefresh();
 }
 bool FrameSource::tryLockTexture(std::uint32_t milliseconds) {
-    return m_owner.TryLockTexture(milliseconds);
+    return m_owner.TryLockForRefresh(milliseconds);
 }
 bool FrameSource::isVisible() const {
     return m_owner.IsVisible() != 0;

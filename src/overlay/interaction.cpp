@@ -8,6 +8,7 @@
 
 #include "callback/py_locks.h"
 #include "overlay/event_queue.h"
+#include "overlay/texture_lock.h"
 
 HRESULT Orvanel::Interactive(INT state, INT x, INT y) {
     const PyAllowThreads allowThreads;
@@ -15,7 +16,7 @@ HRESULT Orvanel::Interactive(INT state, INT x, INT y) {
     // Host code must not run inside the lock: what the handlers raise is delivered once it has been left.
     std::vector<ECallBack_State> events;
     {
-        const std::lock_guard lock(m_textureLock);
+        const TextureLockGuard lock(m_textureLock);
         if (!m_canvas)
             return E_FAIL;
         const EventQueue queue(m_eventQueue, events);

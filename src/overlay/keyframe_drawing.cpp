@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Showing the outline of a time position: a stored keyframe, one interpolated between two, or nothing.
 
+#include <new>
+
+#include "overlay/keyframe_between.h"
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 #include "overlay/worker.h"
 #include "support/diag_log.h"
@@ -66,7 +69,9 @@ bool Orvanel::showKeyFrameAt(std::int64_t target) {
 
 void Orvanel::UpdateKeyFrameInSize(Quill::KeyFrameMaskInfo *record) {
     const TextureLockGuard lock(m_textureLock);
-    if (!record || (record->placement == m_videoRect && record->maskBuffer.size() > 1))
+    // A record of the host's whose two vectors differ in length is always placed, which makes them alike.
+    if (!record || (record->placement == m_videoRect && record->maskBuffer.size() > 1 &&
+                    record->points.size() == record->pointsF.size()))
         return;
     DiagLogPrint("Orvanel::UpdateKeyFrameInSize duration=%lld", static_cast<long long>(record->duration));
     record->points.resize(record->pointsF.size());
@@ -88,13 +93,16 @@ void Orvanel::adoptRecord(const Quill::KeyFrameMaskInfo &record) {
         if (m_points[index].handleShown == 1)
             shown.push_back(index);
     }
+    // Room for both before either changes, so that they stay equally long.
+    m_points.reserve(record.points.size());
+    m_pointsF.reserve(record.pointsF.size());
     m_points = record.points;
     m_pointsF = record.pointsF;
     for (const std::size_t index : shown) {
         if (index < m_points.size())
             m_points[index].handleShown = 1;
     }
-    m_worker->trigger.set();
+    wakeWorker();
     if (m_previewMode)
         return;
     // A keyframe is a closed outline whatever the mask flag of the moment says.
@@ -129,7 +137,7 @@ int Orvanel::DrawSpecificKeyFrame(Quill::KeyFrameMaskInfo *first, Quill::KeyFram
     shown.maskWidth = static_cast<std::uint16_t>(m_displayWidth);
     shown.maskHeight = static_cast<std::uint16_t>(m_displayHeight);
     const bool inOrder = first->duration < second->duration;
-    CalcKeyFrame(inOrder ? *first : *second, inOrder ? *second : *first, shown, false);
+    fillBetween(inOrder ? *first : *second, inOrder ? *second : *first, shown);
     adoptRecord(shown);
     DiagLogPrint("Orvanel::DrawSpecificKeyFrame() end\n");
     return 0;

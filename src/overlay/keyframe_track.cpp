@@ -5,7 +5,8 @@
 
 #include "callback/python.h"
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/python_list.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 #include "support/diag_log.h"
 
@@ -23,6 +24,9 @@ void Orvanel::resetMask(Quill::KeyFrameMaskInfo &record) {
 }
 
 void Orvanel::fillFromOutline(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const {
+    // Room before anything changes: a record whose two vectors differ in length would be edited past its end.
+    record.points.reserve(m_points.size());
+    record.pointsF.reserve(m_pointsF.size());
     if (duration >= 0)
         record.duration = duration;
     DiagLogPrint("Orvanel::UpdateKeyFrameInCurrent duration=%lld", static_cast<long long>(record.duration));
@@ -117,26 +121,33 @@ int Orvanel::RemoveTrialingKeyFrames(LONGLONG duration) {
 LONGLONG Orvanel::GetClosestKeyFramePos(LONGLONG duration, IVideoTextureSyncer *syncer) const {
     if (!syncer)
         return duration;
-    const TextureLockGuard lock(m_textureLock);
     const std::int64_t limit = wrappingSum64(duration, syncer->GetTolerance(duration));
     const LONGLONG frame = syncer->GetFrameNumber(duration);
-    for (const KeyFrame &keyFrame : m_keyFrames) {
-        if (keyFrame.duration > limit)
-            break;
-        if (syncer->GetFrameNumber(keyFrame.duration) == frame)
-            return keyFrame.duration;
+    // The syncer is the host's and may run anything: it is asked outside of the lock, and the list is looked at anew
+    // after every answer.
+    for (std::size_t index = 0;; ++index) {
+        const std::optional<std::int64_t> position = keyFramePosition(index);
+        if (!position || *position > limit)
+            return duration;
+        if (syncer->GetFrameNumber(*position) == frame)
+            return *position;
     }
-    return duration;
+}
+
+std::optional<std::int64_t> Orvanel::keyFramePosition(std::size_t index) const {
+    const TextureLockGuard lock(m_textureLock);
+    return index < m_keyFrames.size() ? std::optional(m_keyFrames[index].duration) : std::nullopt;
 }
 
 PyObject *Orvanel::GetKeyFrameDurationList() const {
-    const TextureLockGuard lock(m_textureLock);
-    PyObject *const list = PyList_New(static_cast<Py_ssize_t>(m_keyFrames.size()));
-    if (!list)
-        return nullptr;
-    for (std::size_t index = 0; index < m_keyFrames.size(); ++index)
-        PyList_SET_ITEM(list, static_cast<Py_ssize_t>(index), PyLong_FromLongLong(m_keyFrames[index].duration));
-    return list;
+    std::vector<std::int64_t> durations;
+    {
+        const TextureLockGuard lock(m_textureLock);
+        durations.reserve(m_keyFrames.size());
+        for (const KeyFrame &keyFrame : m_keyFrames)
+            durations.push_back(keyFrame.duration);
+    }
+    return buildList(durations, [](std::int64_t duration) { return PyLong_FromLongLong(duration); });
 }
 
 int Orvanel::DestroyAllKeyFrameMaskInfo() {

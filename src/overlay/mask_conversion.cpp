@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The outline as a mask: stored into the keyframe track, or handed to Python as runs.
 
+#include <optional>
+
+#include "callback/pending_error.h"
 #include "callback/python.h"
 #include "overlay/orvanel.h"
 #include "overlay/python_values.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 #include "support/diag_log.h"
 
@@ -52,25 +55,31 @@ HRESULT Orvanel::Convert2Mask(bool refreshAll) {
 
 PyObject *Orvanel::Convert2SelectionLineUS(PyObject *size) const {
     DiagLogPrint("Orvanel::Convert2SelectionLineUS() enter\n");
-    std::vector<Quill::MaskRunF> runs;
+    std::vector<MPointF> outline;
     {
         const TextureLockGuard lock(m_textureLock);
-        if (m_pointsF.size() < kFewestMaskPoints) {
-            DiagLogPrint(kTooShortText);
-            // Without a reference of its own: hosts have been built around this count. Module initialisation provides
-            // for it.
-            return Py_None;
-        }
-        int width = 0;
-        int height = 0;
-        // A malformed size leaves 0 x 0, and the interpreter's error for the caller to meet.
-        parseIntPair(size, width, height);
-        const std::vector<MPoint> points = maskPoints(m_pointsF, width, height);
-        const HRESULT result = ConvertPoints2MaskUS(points.data(), static_cast<int>(points.size()), 0, 0, width, height,
-                                                    false, nullptr, &runs);
-        DiagLogPrint("[Orvanel::Convert2SelectionLineUS] ConvertPoints2MaskUS result = %d", static_cast<int>(result));
+        outline = m_pointsF;
     }
-    PyObject *const list = buildRunList(runs);
+    if (outline.size() < kFewestMaskPoints) {
+        DiagLogPrint(kTooShortText);
+        // Without a reference of its own: hosts have been built around this count. Module initialisation provides for
+        // it.
+        return Py_None;
+    }
+    int width = 0;
+    int height = 0;
+    parseIntPair(size, width, height);
+    // A malformed size leaves 0 x 0, and the interpreter's error for the caller to meet, who gets the list all the
+    // same. The list is built without it.
+    std::optional<PendingError> malformed;
+    if (PyErr_Occurred())
+        malformed.emplace();
+    const std::vector<MPoint> points = maskPoints(outline, width, height);
+    std::vector<Quill::MaskRunF> runs;
+    const HRESULT result = ConvertPoints2MaskUS(points.data(), static_cast<int>(points.size()), 0, 0, width, height,
+                                                false, nullptr, &runs);
+    DiagLogPrint("[Orvanel::Convert2SelectionLineUS] ConvertPoints2MaskUS result = %d", static_cast<int>(result));
+    PyObject *const list = result == E_OUTOFMEMORY ? PyErr_NoMemory() : buildRunList(runs);
     DiagLogPrint("Orvanel::Convert2SelectionLineUS() end\n");
     return list;
 }

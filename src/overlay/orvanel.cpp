@@ -4,12 +4,12 @@
 #include "overlay/orvanel.h"
 
 #include <algorithm>
-#include <chrono>
+#include <utility>
 
 #include "callback/py_locks.h"
 #include "overlay/event_queue.h"
 #include "overlay/frame_source.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "overlay/worker.h"
 #include "platform/com.h"
 #include "support/diag_log.h"
@@ -25,6 +25,9 @@ Orvanel::Orvanel() : m_frameSource(std::make_unique<FrameSource>(*this)) {
 }
 
 Orvanel::~Orvanel() {
+    // Before the interpreter lock is let go for the first time.
+    for (const auto &act : std::exchange(m_atDestruction, {}))
+        act();
     Uninitialize();
 }
 
@@ -32,11 +35,16 @@ int Orvanel::Uninitialize() {
     const PyAllowThreads allowThreads;
     stopWorker();
     releaseTextureMap();
+    // The host's component and the records go after the lock.
+    platform::ComPointer<OverlayCanvas> canvas;
+    std::vector<KeyFrame> keyFrames;
     {
-        const std::lock_guard lock(m_textureLock);
-        m_canvas.reset();
-        m_keyFrames.clear();
+        const TextureLockGuard lock(m_textureLock);
+        std::swap(canvas, m_canvas);
+        keyFrames.swap(m_keyFrames);
     }
+    canvas.reset();
+    keyFrames.clear();
     DiagLogPrint("Uninitialize!");
     return 0;
 }
@@ -47,6 +55,7 @@ int Orvanel::SetCallbackFunc(PyObject *callable) {
 }
 
 void Orvanel::CallBack(ECallBack_State state) {
+    TextureLockGuard::assertNoneHeld();
     Call("i", static_cast<int>(state));
 }
 
@@ -58,15 +67,38 @@ void Orvanel::raise(ECallBack_State state) {
 }
 
 void Orvanel::LockTexture() {
-    TextureLockGuard::enter(m_textureLock);
-}
-
-bool Orvanel::TryLockTexture(std::uint32_t milliseconds) {
-    return m_textureLock.try_lock_for(std::chrono::milliseconds(milliseconds));
+    beginUse();
+    ++m_hostUses;
+    try {
+        m_textureLock.lockForHost();
+    } catch (...) {
+        endHostUses(1);
+        throw;
+    }
 }
 
 void Orvanel::UnlockTexture() {
-    m_textureLock.unlock();
+    if (m_textureLock.unlockForHost())
+        endHostUses(1);
+}
+
+void Orvanel::UnlockTextureOfThread() {
+    int holds = 0;
+    while (m_textureLock.unlockForHost())
+        ++holds;
+    endHostUses(holds);
+}
+
+bool Orvanel::IsHeldByHost() {
+    endHostUses(m_textureLock.takeAbandoned());
+    return m_hostUses > 0;
+}
+
+/// The object may be gone afterwards.
+void Orvanel::endHostUses(int count) {
+    m_hostUses -= count;
+    for (int use = 0; use < count; ++use)
+        endUse();
 }
 
 void Orvanel::markEdited() {

@@ -12,8 +12,10 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -25,16 +27,18 @@
 #include "overlay/chain.h"
 #include "overlay/line_samples.h"
 #include "overlay/mark_sizes.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/keyframe_mask_info.h"
 #include "overlay/types/outline_points.h"
 #include "overlay/types/overlay_canvas.h"
 #include "overlay/types/video_texture_syncer.h"
 #include "platform/com_pointer.h"
-#include "platform/reentrant_lock.h"
 
 class EventQueue;
 class FrameSource;
 class PyMapWrapper;
+struct SavedSetting;
+struct SettingCopy;
 struct WorkerBlock;
 
 namespace fitting {
@@ -55,10 +59,11 @@ struct FeatherRecord {
     friend bool operator==(const FeatherRecord &, const FeatherRecord &) = default;
 };
 
-class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
+class Orvanel final : public Quill::MaskHandler, public PyCallbackWnd {
   public:
     Orvanel();
-    ~Orvanel() override;
+    ~Orvanel();
+    void Destroy() override { destroyWhenUnused(this); }
 
     // --- Lifecycle and placement (orvanel.cpp, display_placement.cpp) ---
 
@@ -78,11 +83,21 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     /// The texture map as the renderer sees it, without a reference, or null before Create.
     loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
+    /// The host keeps everybody else away from the overlay. A hold counts as a use of the object, whoever deletes it,
+    /// and ends with its thread at the latest. Interpreter lock held.
     void LockTexture();
-    /// The same for a renderer's thread, which holds no interpreter lock; false when it took longer than
-    /// `milliseconds`.
-    bool TryLockTexture(std::uint32_t milliseconds);
+    /// Gives back one hold that LockTexture took on this thread; without one nothing happens. Interpreter lock held.
     void UnlockTexture();
+    /// Gives back all of them, for when nothing is left to call UnlockTexture with.
+    void UnlockTextureOfThread();
+    /// Whether a thread of the host's holds the texture or waits for it. Interpreter lock held.
+    bool IsHeldByHost();
+    /// Has `act` called before anything of the object goes. Interpreter lock held, also then.
+    void AtDestruction(std::function<void()> act) { m_atDestruction.push_back(std::move(act)); }
+    /// For the length of a refresh, on a renderer's thread, which holds no interpreter lock; false when it took longer
+    /// than `milliseconds`.
+    bool TryLockForRefresh(std::uint32_t milliseconds) { return m_textureLock.tryLockFor(milliseconds); }
+    void UnlockAfterRefresh() { m_textureLock.unlock(); }
     /// Hands a state to the host's callable.
     void CallBack(ECallBack_State state);
     int SetCallbackFunc(PyObject *callable);
@@ -204,6 +219,8 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void raise(ECallBack_State state);
     void startWorker();
     void stopWorker();
+    void wakeWorker();
+    void endHostUses(int count);
     platform::ComPointer<PyMapWrapper> exchangeTextureMap(platform::ComPointer<PyMapWrapper> map);
     platform::ComPointer<PyMapWrapper> currentTextureMap() const;
     void releaseTextureMap();
@@ -250,15 +267,18 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     void restoreOppositeHandle();
 
     void clearSurface();
-    void drawMarker(const MPoint &point, MarkSizes::Mark mark, const CanvasColor &color) const;
+    void drawMarker(MPoint point, MarkSizes::Mark mark, CanvasColor color) const;
     void drawCurrentPicture(bool isMask);
     /// Shows what belongs on the surface at that position; false when nothing does.
     bool showKeyFrameAt(std::int64_t target);
     void adoptRecord(const Quill::KeyFrameMaskInfo &record);
     void setOnKeyFrame(bool shown);
-    bool storeKeyFrames(PyObject *setting) const;
-    void loadKeyFrames(PyObject *list);
-    void loadOpenOutline(PyObject *points);
+    /// The time of the keyframe at that place of the list, or nothing behind its end.
+    std::optional<std::int64_t> keyFramePosition(std::size_t index) const;
+    bool copySetting(SettingCopy &copy) const;
+    static std::vector<KeyFrame> makeKeyFrames(SavedSetting &saved, const PixelRect &placement);
+    PyObject *feathersOf(const std::vector<FeatherRecord> &records) const;
+    void replaceFeathers(std::vector<FeatherRecord> &records, PyObject *list);
     bool isSelected(std::uint32_t index) const;
 
     std::vector<MPoint> m_points;
@@ -297,18 +317,22 @@ class Orvanel : public Quill::MaskHandler, public PyCallbackWnd {
     PixelRect m_dirtyRect;
     Centroid m_centroid; ///< guarded by m_hoverLock
     platform::ComPointer<OverlayCanvas> m_canvas;
-    mutable platform::ReentrantLock m_textureLock;   ///< the outline, the keyframes, the canvas and its buffer
+    std::vector<MPoint> m_canvasPoints;              ///< the copy of m_points that the canvas gets; kept for its memory
+    mutable TextureLock m_textureLock;               ///< the outline, the keyframes, the canvas and its buffer
     EventQueue *m_eventQueue = nullptr;              ///< collects while Interactive runs; guarded by m_textureLock
     std::atomic<std::int64_t> m_dirtyIndex{-1};      ///< the keyframe on the surface; -1: draw from the live outline
     std::atomic<std::int64_t> m_currentDuration{-1}; ///< the position last prepared
     std::unique_ptr<FrameSource> m_frameSource;
     platform::ComPointer<PyMapWrapper> m_mapWrapper; ///< exchanged under m_textureLock
+    unsigned m_mapMadeIn = 0;                        ///< platform::forkCount() then; likewise
     std::array<std::int64_t, 4> m_videoInfo{};
 
     /// Shared with the worker thread, which may outlive the object by one delivery.
     std::shared_ptr<WorkerBlock> m_worker;
-    std::thread m_workerThread;
-    std::thread::id m_workerId; ///< also after the thread has been detached
+    std::thread::id m_workerId; ///< also after the thread has ended
+
+    int m_hostUses = 0; ///< of the object, by threads that hold the texture or wait for it; the interpreter's lock
+    std::vector<std::function<void()>> m_atDestruction; ///< likewise
 
     MarkSizes m_markSizes;
     float m_sizeScaler = 1.0F;

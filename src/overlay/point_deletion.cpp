@@ -2,7 +2,7 @@
 // Deleting points of the live outline and of every keyframe.
 
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 
 HRESULT Orvanel::DeleteFocusPoint() {
     ECallBack_State event = ECB_POINT_REMOVE;

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 
 namespace {
@@ -43,6 +43,9 @@ HRESULT Orvanel::AddPointInLine(const HoverPoint &hover) {
         if (hover.lineIndex < 0 || static_cast<std::size_t>(hover.lineIndex) >= m_points.size())
             return E_FAIL;
         const std::size_t position = static_cast<std::size_t>(hover.lineIndex) + 1;
+        // Room first: a keyframe that went without the point would not match the others any more.
+        for (const KeyFrame &keyFrame : m_keyFrames)
+            makeRoom(chainOf(*keyFrame.record), kMostPointsAdded);
         // By value: the caller may pass m_hover itself.
         MPoint inserted = hover.point;
         if (!insertPoint(liveChain(), inserted, position))

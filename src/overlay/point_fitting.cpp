@@ -15,7 +15,7 @@
 #include "overlay/event_queue.h"
 #include "overlay/orvanel.h"
 #include "overlay/python_values.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
 #include "support/diag_log.h"
 
@@ -45,14 +45,15 @@ double displayReach(const PixelRect &rect, int maskWidth, int maskHeight) {
 } // namespace
 
 PyObject *Orvanel::AdjustPoints(PyObject *ignored, PyObject *runs, PyObject *size) {
-    // Reading an argument can run Python code, which must not happen inside of the texture lock.
+    // What does not parse counts as nothing. Its error goes at once: the next conversion can run Python code, which
+    // must not meet it, nor must the caller at some later line.
     const std::vector<Quill::MaskRunF> mask = readRunList(runs);
+    float unused[2];
+    PyArg_ParseTuple(ignored, "ff", &unused[0], &unused[1]);
+    PyErr_Clear();
     int width = 0;
     int height = 0;
     parseIntPair(size, width, height);
-    float unused[2];
-    PyArg_ParseTuple(ignored, "ff", &unused[0], &unused[1]);
-    // What does not parse counts as nothing; the caller must not meet its error at some later line.
     PyErr_Clear();
 
     std::vector<ECallBack_State> events;

@@ -454,4 +454,23 @@ TEST_F(PointFitting, NanAndInfiniteRunsAreNotPartOfTheMask) {
     expectClosedLayout();
 }
 
+TEST_F(PointFitting, AFitThatMovesNoAnchorLeavesTheHandles) {
+    // Anchors on the border and near one another; handles finer than a pixel, bent ones and straight ones that do not
+    // stand at the quarters of their segment.
+    std::vector<MPointF> list;
+    for (const auto &[x, y] : Places{{50, 40}, {60, 40}, {60, 50}, {50, 50}}) {
+        const bool bent = x == 50;
+        const auto flag = static_cast<std::uint32_t>(bent);
+        list.push_back({kAnchorPoint, static_cast<float>(x) / kWidth, static_cast<float>(y) / kHeight, flag, flag, 0});
+        list.push_back({kControlPoint, 0.2513F, 0.4517F, 0, 0, 0});
+        list.push_back({kControlPoint, 0.2971F, 0.4339F, 0, 0, 0});
+    }
+    restore(list);
+    fit(rectangle(50, 40, 60, 50));
+    const std::vector<MPointF> fitted = points();
+    ASSERT_EQ(fitted.size(), list.size());
+    for (std::size_t index = 0; index < list.size(); ++index)
+        EXPECT_TRUE(fitted[index] == list[index]) << index;
+}
+
 } // namespace

@@ -6,12 +6,14 @@
 #include "callback/py_ref.h"
 #include "callback/python.h"
 #include "overlay/python_list.h"
+#include "overlay/texture_lock.h"
 
 namespace {
 
 /// PyArg_Parse with the failure forgotten: the value keeps its default.
 template <typename... Outputs>
 bool parseQuietly(PyObject *object, const char *format, Outputs *...outputs) {
+    TextureLockGuard::assertNoneHeld();
     // Converting can run Python code that drops the container's reference.
     const PyRef held = PyRef::share(object);
     const bool parsed = object && PyArg_Parse(object, format, outputs...);
@@ -39,6 +41,7 @@ PyObject *buildRun(const Quill::MaskRunF &run) {
 } // namespace
 
 bool parseIntPair(PyObject *object, int &first, int &second) {
+    TextureLockGuard::assertNoneHeld();
     int a = 0;
     int b = 0;
     if (!PyArg_ParseTuple(object, "ii", &a, &b))
@@ -49,6 +52,7 @@ bool parseIntPair(PyObject *object, int &first, int &second) {
 }
 
 std::vector<Quill::MaskRunF> readRunList(PyObject *list) {
+    TextureLockGuard::assertNoneHeld();
     std::vector<Quill::MaskRunF> runs;
     if (!list || !PyList_Check(list))
         return runs;
@@ -116,19 +120,10 @@ void readPointBytes(PyObject *bytes, std::vector<MPointF> &points) {
     std::memcpy(points.data(), PyString_AS_STRING(bytes), length);
 }
 
-bool readPoints(PyObject *object, std::vector<MPointF> &points) {
-    if (object && PyList_Check(object))
-        appendPointTuples(object, points);
-    else if (object && PyString_Check(object))
-        readPointBytes(object, points);
-    else
-        return false;
-    return true;
-}
-
-PyObject *settingValue(PyObject *dictionary, int key) {
+PyRef settingValue(PyObject *dictionary, int key) {
+    TextureLockGuard::assertNoneHeld();
     const PyRef keyObject = PyRef::adopt(PyInt_FromLong(key));
-    return keyObject ? PyDict_GetItem(dictionary, keyObject.get()) : nullptr;
+    return PyRef::share(keyObject ? PyDict_GetItem(dictionary, keyObject.get()) : nullptr);
 }
 
 bool storeSetting(PyObject *dictionary, int key, PyObject *value) {
@@ -144,9 +139,9 @@ PyObject *buildFeathers(const std::vector<FeatherRecord> &records) {
     });
 }
 
-void readFeathers(PyObject *list, std::vector<FeatherRecord> &records) {
+std::optional<std::vector<FeatherRecord>> readFeathers(PyObject *list) {
     if (!list || !PyList_Check(list))
-        return;
+        return std::nullopt;
     std::vector<FeatherRecord> read;
     for (Py_ssize_t index = 0; index < PyList_GET_SIZE(list); ++index) {
         const PyRef held = PyRef::share(PyList_GET_ITEM(list, index));
@@ -167,7 +162,7 @@ void readFeathers(PyObject *list, std::vector<FeatherRecord> &records) {
         record.second = values[1];
         read.push_back(record);
     }
-    records = std::move(read);
+    return read;
 }
 
 bool readDuration(PyObject *object, std::int64_t &duration) {

@@ -4,10 +4,15 @@
 // Values that cross the boundary inside Python containers. Everything here runs with the interpreter lock held; objects
 // returned are new references, or null with an error pending.
 
+//
+// Converting, comparing and dropping objects can run any code of the host's. What is walked meanwhile is held, sizes
+// are asked anew at every step, and nobody calls these inside the texture lock.
+
 #include <cstdint>
+#include <optional>
 #include <vector>
 
-#include "callback/python_fwd.h"
+#include "callback/py_ref.h"
 #include "mask/mask_handler.h"
 #include "overlay/orvanel.h"
 
@@ -27,17 +32,15 @@ PyObject *buildPointTuples(const std::vector<MPointF> &points);
 void appendPointTuples(PyObject *list, std::vector<MPointF> &points);
 /// Replaces `points` by the records of a byte string; any length but a multiple of 24 above 0 leaves them as they are.
 void readPointBytes(PyObject *bytes, std::vector<MPointF> &points);
-/// Either form; false when `object` is neither.
-bool readPoints(PyObject *object, std::vector<MPointF> &points);
 
-/// Dictionary look-up by a small integer key. Borrowed, or null.
-PyObject *settingValue(PyObject *dictionary, int key);
+/// Dictionary look-up by a small integer key; null when there is none.
+PyRef settingValue(PyObject *dictionary, int key);
 /// Stores a value under a small integer key and drops the caller's reference to it; false with an error pending.
 bool storeSetting(PyObject *dictionary, int key, PyObject *value);
 
 /// List of [duration, first, second] lists.
 PyObject *buildFeathers(const std::vector<FeatherRecord> &records);
-/// Replaces `records` by the list's; what fails to parse keeps its default. Anything but a list changes nothing.
-void readFeathers(PyObject *list, std::vector<FeatherRecord> &records);
+/// The records of such a list; what fails to parse keeps its default. Nothing when it is no list.
+std::optional<std::vector<FeatherRecord>> readFeathers(PyObject *list);
 /// A 64-bit integer from an int or a long; false, without an error pending, for anything else.
 bool readDuration(PyObject *object, std::int64_t &duration);

@@ -2,11 +2,14 @@
 // Drawing the overlay through the drawing component: outline, hover mark, selection.
 //
 // Without a component nothing is drawn: the object then answers as if everything were invisible.
+//
+// The component gets copies. It may take structures by value, for which the calling convention passes an address: what
+// it then takes for a parameter of its own, and may write to, would be this object's.
 
 #include "overlay/orvanel.h"
 
 #include "callback/python.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 #include "platform/png_file.h"
 #include "support/diag_log.h"
 
@@ -32,8 +35,12 @@ void Orvanel::drawCurrentPicture(bool isMask) {
     if (!m_canvas)
         return;
     m_canvas->Clear();
-    if (!m_points.empty())
-        m_canvas->DrawOutline(m_points.data(), static_cast<INT>(m_points.size()), kOutlineStyle, isMask, m_sizeScaler);
+    if (!m_points.empty()) {
+        m_canvasPoints = m_points;
+        OutlineStyle style = kOutlineStyle;
+        m_canvas->DrawOutline(m_canvasPoints.data(), static_cast<INT>(m_canvasPoints.size()), style, isMask,
+                              m_sizeScaler);
+    }
     DrawHoverPoint();
     DrawSelectedRegion();
 }
@@ -43,7 +50,7 @@ void Orvanel::clearSurface() {
         m_canvas->Clear();
 }
 
-void Orvanel::drawMarker(const MPoint &point, MarkSizes::Mark mark, const CanvasColor &color) const {
+void Orvanel::drawMarker(MPoint point, MarkSizes::Mark mark, CanvasColor color) const {
     if (m_canvas)
         m_canvas->DrawMarker(point, m_markSizes[mark], color);
 }
@@ -70,8 +77,12 @@ void Orvanel::DrawHoverPoint() {
 
 void Orvanel::DrawSelectedRegion() const {
     const TextureLockGuard lock(m_textureLock);
-    if (m_canvas && m_band.width != 0 && m_band.height != 0)
-        m_canvas->DrawRegion(m_band, kRegionBorder, kRegionFill);
+    if (m_canvas && m_band.width != 0 && m_band.height != 0) {
+        PixelRect band = m_band;
+        CanvasColor border = kRegionBorder;
+        CanvasColor fill = kRegionFill;
+        m_canvas->DrawRegion(band, border, fill);
+    }
     for (const unsigned int index : m_selected) {
         if (index >= m_points.size())
             continue;
@@ -96,6 +107,10 @@ BYTE *Orvanel::QueryBuffer() const {
 }
 
 PyObject *Orvanel::GetDirtyRect() const {
-    const TextureLockGuard lock(m_textureLock);
-    return Py_BuildValue("iiii", m_dirtyRect.left, m_dirtyRect.top, m_dirtyRect.width, m_dirtyRect.height);
+    PixelRect rect;
+    {
+        const TextureLockGuard lock(m_textureLock);
+        rect = m_dirtyRect;
+    }
+    return Py_BuildValue("iiii", rect.left, rect.top, rect.width, rect.height);
 }

@@ -88,6 +88,32 @@ TEST_F(Rendering, SelectionRectangleNeedsWidthAndHeight) {
                      "marker 120 80 9 FF000000", "marker 120 80 7 FF4AE1E1"}));
 }
 
+TEST_F(Rendering, AComponentThatWritesOverWhatItGetsChangesNothing) {
+    drawTriangle();
+    object.Interactive(ECS_MOUSE_MOVE, 180, 90); // over nothing
+    object.Interactive(ECS_MOUSE_DOWN, 180, 90);
+    object.Interactive(ECS_MOUSE_MOVE, 10, 10); // a rubber band over all anchors
+    canvas.take();
+    object.ReDraw();
+    const Lines first = canvas.take();
+    const std::vector<MPoint> outline = canvas.outline;
+    EXPECT_EQ(first.size(), 9U) << "surface, outline, band and two marks an anchor";
+    canvas.scribbles = true;
+    for (int count = 0; count < 3; ++count) {
+        object.ReDraw();
+        EXPECT_EQ(canvas.take(), first);
+        EXPECT_EQ(canvas.outline, outline);
+    }
+    object.Interactive(ECS_MOUSE_UP);
+    object.Interactive(ECS_MOUSE_MOVE, 70, 20);
+    EXPECT_TRUE(object.IsHoverPointInLine());
+    canvas.take();
+    object.DrawHoverPoint();
+    const Lines hover = canvas.take();
+    object.DrawHoverPoint();
+    EXPECT_EQ(canvas.take(), hover) << "the hovered place";
+}
+
 TEST_F(Rendering, StaleSelectedIndexIsSkipped) {
     drawTriangle();
     object.SelectAllPoints();

@@ -3,7 +3,7 @@
 // is let go.
 
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
 
 void Orvanel::SetShiftPressed(bool pressed) {
     const TextureLockGuard lock(m_textureLock);

@@ -7,7 +7,8 @@
 #include "callback/py_locks.h"
 #include "overlay/frame_source.h"
 #include "overlay/orvanel.h"
-#include "overlay/texture_lock_guard.h"
+#include "overlay/texture_lock.h"
+#include "platform/fork.h"
 #include "support/diag_log.h"
 #include "texture/py_map_wrapper.h"
 
@@ -25,8 +26,14 @@ void endMap(platform::ComPointer<PyMapWrapper> map) {
 } // namespace
 
 platform::ComPointer<PyMapWrapper> Orvanel::exchangeTextureMap(platform::ComPointer<PyMapWrapper> map) {
-    const std::lock_guard lock(m_textureLock);
+    const TextureLockGuard lock(m_textureLock);
     std::swap(m_mapWrapper, map);
+    const unsigned madeIn = std::exchange(m_mapMadeIn, platform::forkCount());
+    // The renderers of a map from before a fork did not come along, and nobody ends their refreshes: it is left alone.
+    if (map && madeIn != platform::forkCount()) {
+        map->AddRef();
+        map.reset();
+    }
     return map;
 }
 
@@ -39,7 +46,7 @@ int Orvanel::Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureS
     UINT width = 0;
     UINT height = 0;
     {
-        const std::lock_guard lock(m_textureLock);
+        const TextureLockGuard lock(m_textureLock);
         width = m_displayWidth;
         height = m_displayHeight;
     }
@@ -58,8 +65,9 @@ int Orvanel::Create(PyObject *windowProvider, PyObject *renderer, IVideoTextureS
 
 platform::ComPointer<PyMapWrapper> Orvanel::currentTextureMap() const {
     const TextureLockGuard lock(m_textureLock);
-    if (m_mapWrapper)
-        m_mapWrapper->AddRef();
+    if (!m_mapWrapper || m_mapMadeIn != platform::forkCount())
+        return {};
+    m_mapWrapper->AddRef();
     return platform::ComPointer<PyMapWrapper>(m_mapWrapper.get());
 }
 

@@ -4,6 +4,7 @@
 #include <mutex>
 #include <new>
 
+#include "platform/result_of.h"
 #include "texture/host_objects.h"
 
 namespace {
@@ -100,6 +101,10 @@ IDirect3DTexture9 *PyMap::VideoTexture() {
 }
 
 HRESULT PyMap::Create(UINT width, UINT height, PyObject *windowProvider, PyObject *renderer) {
+    return platform::resultOf([&] { return create(width, height, windowProvider, renderer); });
+}
+
+HRESULT PyMap::create(UINT width, UINT height, PyObject *windowProvider, PyObject *renderer) {
     m_width = width;
     m_height = height;
     m_bufferSize = width * height * kBytesPerPixel;

@@ -4,9 +4,9 @@
 // The texture that shows the overlay on top of the video: one copy in system memory, which is written here, and one in
 // video memory, which the host's renderer draws.
 //
-// The device belongs to the host; it is reached only through the objects that its Python side hands over. The slots run
-// on the renderer's thread and never take the interpreter lock; Create calls Python objects and takes it for those
-// calls.
+// The device belongs to the host; it is reached only through the objects that its Python side hands over. No exception
+// leaves a slot. The slots run on the renderer's thread and never take the interpreter lock; Create calls Python
+// objects and takes it for those calls.
 
 #include <atomic>
 
@@ -64,7 +64,7 @@ class PyMap : public loom::IAllocator {
     /// `windowProvider` answers "GetWnd"; `renderer` answers "GetRenderName" ("D3D9" is the one accepted), "GetD3D" and
     /// "GetD3DDevice". Null and None count as not given; without a renderer there are no textures. Both are borrowed.
     /// Takes the interpreter lock for each call; no Python error is left pending. Not while another thread uses the
-    /// map. Returns 1, E_FAIL when an object does not answer, or the device's error.
+    /// map. Returns 1, E_FAIL when an object does not answer, E_OUTOFMEMORY, or the device's error.
     virtual HRESULT STDMETHODCALLTYPE Create(UINT width, UINT height, PyObject *windowProvider, PyObject *renderer);
     /// Slot 33.
     virtual PyMap *STDMETHODCALLTYPE Self() { return this; }
@@ -88,6 +88,7 @@ class PyMap : public loom::IAllocator {
     UINT updateCounter() const { return m_updateCounter; }
 
   private:
+    HRESULT create(UINT width, UINT height, PyObject *windowProvider, PyObject *renderer);
     HRESULT createTextures();
 
     platform::ComPointer<IDirect3DTexture9> m_videoTexture;

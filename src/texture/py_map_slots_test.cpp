@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/testing/raw_table.h"
 #include "texture/py_map.h"
 #include "texture/py_map_wrapper.h"
 #include "texture/testing/device_fixture.h"
-#include "texture/testing/raw_table.h"
 
 namespace {
 

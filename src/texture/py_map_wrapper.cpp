@@ -3,6 +3,7 @@
 
 #include "platform/block_copy.h"
 #include "platform/clock.h"
+#include "platform/result_of.h"
 #include "support/diag_log.h"
 
 namespace {
@@ -55,12 +56,26 @@ HRESULT PyMapWrapper::Update() {
     if (admission == RefreshGate::Visit::Admission::Unlinked)
         return E_FAIL;
     m_updateEvent.reset();
+    HRESULT result = S_OK;
     if (admission == RefreshGate::Visit::Admission::Admitted) {
-        if (const RefreshGate::Visit::OwnerLock lock(visit); lock)
-            refresh(visit);
+        result = platform::resultOf([&] {
+            if (const RefreshGate::Visit::OwnerLock lock(visit); lock)
+                refreshOrForget(visit);
+            return S_OK;
+        });
     }
     m_updateEvent.set();
-    return S_OK;
+    return result;
+}
+
+/// A refresh that was thrown out of shows nothing: the next one starts afresh.
+void PyMapWrapper::refreshOrForget(RefreshGate::Visit &visit) {
+    try {
+        refresh(visit);
+    } catch (...) {
+        m_lastVideoTime.reset();
+        throw;
+    }
 }
 
 void PyMapWrapper::refresh(RefreshGate::Visit &visit) {

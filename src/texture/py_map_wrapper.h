@@ -32,6 +32,7 @@ class PyMapWrapper final : public PyMap {
     HRESULT STDMETHODCALLTYPE Create(UINT width, UINT height, PyObject *windowProvider, PyObject *renderer) override;
     PyMap *STDMETHODCALLTYPE Self() override { return this; }
     /// Slot 35: the refresh. E_FAIL without owner or syncer, else S_OK, whether there was something to copy or not.
+    /// What the owner throws ends the refresh with a code: E_OUTOFMEMORY or E_UNEXPECTED.
     HRESULT STDMETHODCALLTYPE Update() override;
 
     /// Neither is owned. When SetSyncer returns no refresh uses the syncer that was set before, and when SetOwner
@@ -49,6 +50,7 @@ class PyMapWrapper final : public PyMap {
     ~PyMapWrapper() = default;
 
     void refresh(RefreshGate::Visit &visit);
+    void refreshOrForget(RefreshGate::Visit &visit);
     /// False when the device refused. A map without textures has nothing to write to, and that is fine.
     bool writeSystemTexture(const BYTE *picture, UINT length);
 

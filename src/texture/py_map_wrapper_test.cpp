@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "texture/testing/raw_table.h"
+#include "platform/testing/raw_table.h"
 #include "texture/testing/refresh_fixture.h"
 
 namespace {

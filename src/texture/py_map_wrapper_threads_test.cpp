@@ -56,6 +56,44 @@ TEST_F(PyMapWrapperThreads, ClosingTheSyncerWaitsForTheRefreshThatUsesIt) {
     EXPECT_EQ((AskedList{"lock", "time", "unlock"}), asked);
 }
 
+TEST_F(PyMapWrapperThreads, WhoeverClosesTheSyncerWaitsAlsoWhenAnotherWasFirst) {
+    syncer.onTime = [this] { held.arriveAndWait(); };
+    auto refresh = refreshInBackground();
+    held.waitForArrival();
+    auto first = inBackground([this] { map->SetSyncer(nullptr); });
+    auto second = inBackground([this] { map->SetSyncer(nullptr); });
+    EXPECT_TRUE(isStillRunning(first));
+    EXPECT_TRUE(isStillRunning(second));
+    held.release();
+    first.get();
+    second.get();
+    refresh.get();
+}
+
+TEST_F(PyMapWrapperThreads, WhoeverTakesTheOwnerAwayWaitsAlsoWhenAnotherWasFirst) {
+    owner.onPrepare = [this] { held.arriveAndWait(); };
+    auto refresh = refreshInBackground();
+    held.waitForArrival();
+    auto first = inBackground([this] { map->SetOwner(nullptr); });
+    auto second = inBackground([this] { map->SetOwner(nullptr); });
+    EXPECT_TRUE(isStillRunning(first));
+    EXPECT_TRUE(isStillRunning(second));
+    held.release();
+    first.get();
+    second.get();
+    refresh.get();
+}
+
+TEST_F(PyMapWrapperThreads, SettingWhatIsSetDoesNotWaitForARefreshThatUsesJustThat) {
+    syncer.onTime = [this] { held.arriveAndWait(); };
+    auto refresh = refreshInBackground();
+    held.waitForArrival();
+    map->SetSyncer(&syncer);
+    map->SetOwner(&owner);
+    held.release();
+    refresh.get();
+}
+
 TEST_F(PyMapWrapperThreads, ClosingTheSyncerDoesNotWaitForTheDrawing) {
     owner.onPrepare = [this] { held.arriveAndWait(); };
     auto refresh = refreshInBackground();

@@ -16,20 +16,16 @@ constexpr std::uint32_t kLockSliceMilliseconds = 5;
 
 void RefreshGate::setOwner(OverlaySource *owner) {
     std::unique_lock lock(m_mutex);
-    if (owner == m_owner)
-        return;
     m_owner = owner;
     ++m_epoch;
-    waitUntilUnused(lock, Use::Owner, platform::kInfinite);
+    waitUntilUnused(lock, Use::Owner, owner, platform::kInfinite);
 }
 
 void RefreshGate::setSyncer(IVideoTextureSyncer *syncer) {
     std::unique_lock lock(m_mutex);
-    if (syncer == m_syncer)
-        return;
     m_syncer = syncer;
     ++m_epoch;
-    waitUntilUnused(lock, Use::Syncer, platform::kInfinite);
+    waitUntilUnused(lock, Use::Syncer, syncer, platform::kInfinite);
 }
 
 void RefreshGate::stop() {
@@ -45,7 +41,7 @@ bool RefreshGate::isStopped() const {
 
 bool RefreshGate::waitUntilOwnerUnused(std::uint32_t milliseconds) {
     std::unique_lock lock(m_mutex);
-    return waitUntilUnused(lock, Use::Owner, milliseconds);
+    return waitUntilUnused(lock, Use::Owner, nullptr, milliseconds);
 }
 
 void RefreshGate::whenUnvisited(std::function<void()> destroy) {
@@ -59,18 +55,20 @@ void RefreshGate::whenUnvisited(std::function<void()> destroy) {
     destroy();
 }
 
-bool RefreshGate::isUsedByOthers(Use use, std::uint64_t before) const {
+bool RefreshGate::isUsedByOthers(Use use, std::uint64_t before, const void *current) const {
     for (const Visit *visit = m_visits; visit; visit = visit->m_next) {
         const std::uint64_t since = use == Use::Owner ? visit->m_ownerEpoch : visit->m_syncerEpoch;
-        if (since != 0 && since < before && visit->m_thread != std::this_thread::get_id())
+        const void *const used = use == Use::Owner ? static_cast<const void *>(visit->m_owner) : visit->m_syncer;
+        if (since != 0 && since < before && used != current && visit->m_thread != std::this_thread::get_id())
             return true;
     }
     return false;
 }
 
 /// Returns with `lock` released.
-bool RefreshGate::waitUntilUnused(std::unique_lock<std::mutex> &lock, Use use, std::uint32_t milliseconds) {
-    const auto isUnused = [this, use, before = m_epoch] { return !isUsedByOthers(use, before); };
+bool RefreshGate::waitUntilUnused(std::unique_lock<std::mutex> &lock, Use use, const void *current,
+                                  std::uint32_t milliseconds) {
+    const auto isUnused = [this, use, current, before = m_epoch] { return !isUsedByOthers(use, before, current); };
     if (isUnused()) {
         lock.unlock();
         return true;

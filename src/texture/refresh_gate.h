@@ -31,9 +31,9 @@ class RefreshGate {
   public:
     class Visit;
 
-    /// Replaces the owner, and waits until no refresh has the earlier one.
+    /// Replaces the owner, and waits until no refresh has an earlier one, whoever took that one away.
     void setOwner(OverlaySource *owner);
-    /// Replaces the syncer, and waits until no refresh uses the earlier one.
+    /// Replaces the syncer, and waits until no refresh uses an earlier one, whoever took that one away.
     void setSyncer(IVideoTextureSyncer *syncer);
     /// Takes the owner away for good, without waiting.
     void stop();
@@ -46,8 +46,9 @@ class RefreshGate {
   private:
     enum class Use { Owner, Syncer };
 
-    bool isUsedByOthers(Use use, std::uint64_t before) const;
-    bool waitUntilUnused(std::unique_lock<std::mutex> &lock, Use use, std::uint32_t milliseconds);
+    /// Whether another thread's visit got, before that epoch, an owner or a syncer other than `current`.
+    bool isUsedByOthers(Use use, std::uint64_t before, const void *current) const;
+    bool waitUntilUnused(std::unique_lock<std::mutex> &lock, Use use, const void *current, std::uint32_t milliseconds);
 
     mutable std::mutex m_mutex; ///< guards everything below
     std::condition_variable m_usesChanged;

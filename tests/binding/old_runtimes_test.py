@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Registries that runtimes of older releases have published, made by hand with ctypes."""
 
+import itertools
 import unittest
 
 from support import run_script
@@ -59,6 +60,34 @@ print 'done'
 '''
 
 
+# What a module does that was built before 2.0.4: it knows one attribute, by which it joins or publishes.
+OLD_RELEASE = '''
+import os
+sys.path.insert(0, os.path.join(os.environ['ORVANEL_BUILD_DIR'], 'tests', 'binding'))
+import_cobject = ctypes.pythonapi.PyCObject_Import
+import_cobject.restype, import_cobject.argtypes = ctypes.c_void_p, [ctypes.c_char_p, ctypes.c_char_p]
+
+def join_as_before_capsules():
+    published = sys.modules.get('swig_runtime_data4')
+    if not hasattr(published, 'type_pointer'):
+        publish('swig_runtime_data4', 'type_pointer', new_cobject(address, None))
+        return
+    found = ModuleRecord.from_address(import_cobject('swig_runtime_data4', 'type_pointer'))
+    head.next = found.next
+    found.next = ctypes.pointer(head)
+'''
+
+ONE_RING = '''
+assert len(ring()) == 2, [names(module) for module in ring()]
+for wanted in '_p_Orvanel', '_p_Stranger':
+    assert any(wanted in names(module) for module in ring()), wanted
+made = _Orvanel.new_Orvanel()
+assert _Orvanel.Orvanel_HitTestPoint(made, swig_peer.MPoint()) == -1
+_Orvanel.delete_Orvanel(made)
+print 'done'
+'''
+
+
 class OldRuntimes(unittest.TestCase):
     def check(self, script):
         self.assertEqual(run_script(PRELUDE + script), ('done\n', '', 0))
@@ -79,6 +108,15 @@ class OldRuntimes(unittest.TestCase):
                    "other.next = ctypes.pointer(other)\n"
                    "publish('swig_runtime_data4', 'type_pointer', new_cobject(ctypes.addressof(other), None))\n"
                    "publish('swig_runtime_data4', 'type_pointer_capsule', new_capsule(address, name, None))" + JOINED % 'SwigPyObject')
+
+    def test_between_an_older_and_a_newer_release(self):
+        """Each of the two looks for one attribute only; in whichever order they come, there is one ring."""
+        steps = {'old': 'join_as_before_capsules()', 'new': 'import swig_peer', 'own': 'import _Orvanel'}
+        for order in itertools.permutations(sorted(steps)):
+            # Two that come one after the other without us in between do not find each other; nobody could mend that.
+            if order[-1] == 'own':
+                continue
+            self.check(OLD_RELEASE + '\n'.join(steps[step] for step in order) + ONE_RING)
 
     def test_version_five_is_another_registry(self):
         self.check("publish('swig_runtime_data5', 'type_pointer_capsule', new_capsule(address, 'swig_runtime_data5.type_pointer_capsule', None))\n"

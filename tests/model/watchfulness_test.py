@@ -4,7 +4,7 @@ from __future__ import absolute_import
 
 import unittest
 
-from editor_model import keyframes, outline, records
+from editor_model import keyframes, mask_runs, outline, records
 from editor_model.interaction import Interaction
 from lockstep.campaign import BATCH, find_failure, shrunk
 
@@ -46,6 +46,9 @@ class Watchfulness(unittest.TestCase):
                 self.mark_all_dirty()
 
         self._assert_noticed(keyframes.KeyframeTrack, "_make_current", make_current)
+
+    def test_a_mask_of_chords(self):
+        self._assert_noticed(mask_runs, "flatten", lambda xs, ys, surface: [(xs[3], ys[3])])
 
     def test_a_segment_that_is_not_straightened(self):
         self._assert_noticed(outline, "_were_neighbours", lambda pair, anchors: True)

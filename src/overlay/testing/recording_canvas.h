@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstring>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -23,19 +24,28 @@ class RecordingCanvas final : public BareCanvas {
         *length = pixels.size();
         return bufferResult;
     }
-    HRESULT STDMETHODCALLTYPE DrawOutline(const MPoint *, INT count, const OutlineStyle &style, BYTE isMask,
+    HRESULT STDMETHODCALLTYPE DrawOutline(const MPoint *points, INT count, const OutlineStyle &style, BYTE isMask,
                                           float sizeScale) override {
         note("outline", count, argb(style.stroke), argb(style.fill), argb(style.handle), style.reserved,
              static_cast<int>(isMask), sizeScale);
+        outline.assign(points, points + count);
+        for (INT index = 0; index < count; ++index)
+            scribble(points[index]);
+        scribble(style);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE DrawMarker(const MPoint &point, UINT size, const CanvasColor &color) override {
         note("marker", point.x, point.y, size, argb(color));
+        scribble(point);
+        scribble(color);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE DrawRegion(const PixelRect &rect, const CanvasColor &border,
                                          const CanvasColor &fill) override {
         note("region", rect.left, rect.top, rect.width, rect.height, argb(border), argb(fill));
+        scribble(rect);
+        scribble(border);
+        scribble(fill);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Clear() override {
@@ -52,6 +62,8 @@ class RecordingCanvas final : public BareCanvas {
 
     std::vector<std::string> lines;
     std::vector<BYTE> pixels = std::vector<BYTE>(16);
+    std::vector<MPoint> outline; ///< the points drawn last
+    bool scribbles = false;      ///< writes over every structure it gets, as a callee may that takes them by value
     HRESULT sizeResult = S_OK;
     HRESULT bufferResult = S_OK;
     ULONG references = 1;
@@ -60,6 +72,11 @@ class RecordingCanvas final : public BareCanvas {
     HRESULT unexpected() override {
         note("unexpected");
         return E_NOTIMPL;
+    }
+    template <typename Structure>
+    void scribble(const Structure &structure) const {
+        if (scribbles)
+            std::memset(const_cast<void *>(static_cast<const void *>(&structure)), 0xA5, sizeof structure);
     }
     static std::string argb(const CanvasColor &color) {
         std::ostringstream text;

@@ -86,7 +86,13 @@ def _toward_zero(numerator, denominator):
     return -(-numerator // denominator) if numerator < 0 else numerator // denominator
 
 
-def _wide_vertices(xs, ys):
+def _misses(xs, ys, surface):
+    """Whether the box around control points, grown by a pixel, lies wholly off a surface."""
+    return surface is not None and any(min(values) - 16 >= 16 * extent or max(values) + 16 <= 0
+                                       for values, extent in zip((xs, ys), surface))
+
+
+def _wide_vertices(xs, ys, surface):
     """For control boxes from 1023 pixels on: two levels, 28 fraction bits."""
     bits = 28
     high_tolerance, low_tolerance = 196608 << bits, 24 << bits
@@ -105,7 +111,7 @@ def _wide_vertices(xs, ys):
                             axis.e0 + axis.e1)
                 piece.append([(value + half) >> bits for value in controls])
             low = _Curve(piece[0], piece[1], bits)
-            while low.error() > low_tolerance:
+            while not _misses(piece[0], piece[1], surface) and low.error() > low_tolerance:
                 low.halve()
             high.left -= 1
             if high.left:
@@ -158,11 +164,16 @@ def _narrow_vertices(xs, ys):
         curve.step()
 
 
-def flatten(xs, ys):
-    """The vertices after the start point of a cubic Bezier in sixteenths of a pixel."""
-    if max(max(xs) - min(xs), max(ys) - min(ys)) + 16 < 16384:
-        return _narrow_vertices(xs, ys)
-    return _wide_vertices(xs, ys)
+def flatten(xs, ys, surface=None):
+    """The vertices after the start point of a cubic Bezier in sixteenths of a pixel.
+
+    What lies wholly off a surface (width, height in pixels) is not subdivided when one is given.
+    """
+    if max(max(xs) - min(xs), max(ys) - min(ys)) + 16 >= 16384:
+        return _wide_vertices(xs, ys, surface)
+    if _misses(xs, ys, surface):
+        return [(xs[3], ys[3])]
+    return _narrow_vertices(xs, ys)
 
 
 def bezier_points(controls, density):

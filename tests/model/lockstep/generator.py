@@ -21,6 +21,9 @@ _PLACEMENTS = [
     (1920, 1080, 0, 0, 1920, 1080),
 ]
 
+#: Of masks that a host asks for; small ones, since the model draws them in Python.
+_MASK_SIZES = [(1, 1), (16, 9), (64, 36), (97, 31), (160, 90), (5, 200)]
+
 _TIMES = [0, 1, 2, 5, 10, 20, 21, 40, 80]
 
 
@@ -60,7 +63,7 @@ class Generator(object):
             return
         weighted = ([(10, self._edit_closed)] if model.is_mask else [(14, self._draw)]) + [
             (9, self._keyframes), (5, self._call_directly), (3, self._save_or_restore), (2, self._set_flags),
-            (1, self._geometry), (0.8, self._odd_event)]
+            (1, self._geometry), (0.8, self._odd_event), (1.5, self._ask_for_runs)]
         pick = self._random.random() * sum(weight for weight, _ in weighted)
         for weight, action in weighted:
             pick -= weight
@@ -270,6 +273,9 @@ class Generator(object):
         self._queue.append(self._random.choice([("set_video_coordinate",) + self._random.choice(_PLACEMENTS),
                                                 ("set_video_info", 0, 0, 0, self._random.choice([30, 1000])),
                                                 ("reset_buffer",)]))
+
+    def _ask_for_runs(self, model):
+        self._queue.append(("convert_to_selection_line",) + self._random.choice(_MASK_SIZES))
 
     def _delete_some(self, model):
         if model.is_mask:

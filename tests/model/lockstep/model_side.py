@@ -3,6 +3,7 @@
 from __future__ import absolute_import
 
 from editor_model import EditorModel
+from editor_model.mask_runs import selection_runs
 from editor_model.settings import generate_specific_keyframe
 from lockstep.clip import Clip
 from lockstep.slots import Slots
@@ -22,6 +23,9 @@ class ModelSide(EditorModel, Slots):
             return EditorModel.get_closest_keyframe_position(self, duration)
         clip = Clip(frame_length)
         return EditorModel.get_closest_keyframe_position(self, duration, clip.tolerance(duration), clip.frame_of)
+
+    def convert_to_selection_line(self, width, height):
+        return selection_runs(self.live.twins, width, height)
 
     def take_events(self):
         """The codes that were raised since the last call, and whether the worker has to report."""

@@ -6,7 +6,7 @@ import thread
 import time
 
 import _Orvanel as entries
-from editor_model.records import ECB_POINT_UPDATE
+from editor_model.records import ECB_POINT_UPDATE, MASK_POINTS, from_bytes
 from lockstep.clip import Clip
 from lockstep.slots import Slots
 
@@ -127,6 +127,12 @@ class ModuleSide(Slots):
     def uninitialize(self):
         self._works = False
         return entries.Orvanel_Uninitialize(self._object)
+
+    def convert_to_selection_line(self, width, height):
+        # An outline that is too short gets a None that nobody counts: what is asked for often takes the last one away.
+        if len(from_bytes(entries.Orvanel_GetCurrentPoints(self._object)) or []) < MASK_POINTS:
+            return None
+        return entries.Orvanel_Convert2SelectionLineUS(self._object, (width, height))
 
     def prepare_keyframe(self, *arguments):
         buffer = entries.Orvanel_PrepareKeyframe(self._object, *arguments)

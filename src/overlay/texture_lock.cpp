@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "overlay/texture_lock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "callback/interpreter_gate.h"
+#include "callback/main_thread.h"
+#include "callback/py_locks.h"
+
+namespace {
+
+/// How often a thread that waits looks whether there is still something to wait for.
+constexpr std::chrono::milliseconds kSlice{50};
+/// How long the interpreter's end waits for a hold of the host's.
+constexpr std::chrono::seconds kPatience{3};
+
+constexpr const char *kEnding = "the interpreter is ending while another thread keeps the texture locked";
+constexpr const char *kForked = "the texture was locked by a thread that this forked process does not have";
+
+} // namespace
+
+/// The locks that the host holds on one thread. It gives them back when the thread ends, whatever ended it.
+class HostHoldsOfThread {
+  public:
+    ~HostHoldsOfThread() {
+        for (TextureLock *const lock : std::exchange(m_locks, {}))
+            lock->endHostHolds();
+    }
+    static HostHoldsOfThread &own() {
+        static thread_local HostHoldsOfThread holds;
+        return holds;
+    }
+    void add(TextureLock *lock) { m_locks.push_back(lock); }
+    void remove(TextureLock *lock) { std::erase(m_locks, lock); }
+
+  private:
+    std::vector<TextureLock *> m_locks;
+};
+
+TextureLock::~TextureLock() {
+    // Only an object that was made without new can go while its own thread holds it.
+    if (m_lock.isOwned())
+        forgetHostHolds();
+}
+
+void TextureLock::lock() {
+    if (!m_lock.try_lock()) {
+        const PyAllowThreads allowThreads;
+        std::chrono::milliseconds waited{0};
+        while (!m_lock.try_lock_for(kSlice)) {
+            // What nobody has taken since the fork was left by a thread that stayed behind.
+            if (mayBeLeftByAFork())
+                throw TextureLockRefused(kForked);
+            // Holds of the object's own code end by themselves and are waited for.
+            if (m_hostHolds > 0 && (interpreterIsEnding() || mainThreadHasLeft()) && (waited += kSlice) > kPatience)
+                throw TextureLockRefused(kEnding);
+        }
+    }
+    noteTaken();
+}
+
+bool TextureLock::tryLockFor(std::uint32_t milliseconds) {
+    if (!m_lock.try_lock_for(std::chrono::milliseconds(milliseconds)))
+        return false;
+    noteTaken();
+    return true;
+}
+
+void TextureLock::lockForHost() {
+    lock();
+    try {
+        if (m_hostHolds == 0)
+            HostHoldsOfThread::own().add(this);
+    } catch (...) {
+        unlock();
+        throw;
+    }
+    ++m_hostHolds;
+}
+
+bool TextureLock::unlockForHost() {
+    if (!m_lock.isOwned() || m_hostHolds == 0)
+        return false;
+    if (m_hostHolds == 1)
+        forgetHostHolds();
+    else
+        --m_hostHolds;
+    unlock();
+    return true;
+}
+
+void TextureLock::forgetHostHolds() {
+    if (m_hostHolds.exchange(0) > 0)
+        HostHoldsOfThread::own().remove(this);
+}
+
+/// On the thread that ends, which runs none of the object's code any more.
+void TextureLock::endHostHolds() {
+    const int holds = m_hostHolds.exchange(0);
+    if (holds > 0)
+        m_lock.abandon();
+    // Last: whoever is told may destroy the object.
+    m_abandoned += holds;
+}
+
+TextureLock::Holds TextureLock::releaseAll() {
+    if (!m_lock.isOwned())
+        return {};
+    const int hosts = m_hostHolds;
+    forgetHostHolds();
+    return {m_lock.releaseAll(), hosts};
+}
+
+void TextureLock::takeBack(const Holds &holds) {
+    for (int hold = 0; hold < holds.hosts; ++hold)
+        lockForHost();
+    for (int hold = holds.hosts; hold < holds.all; ++hold)
+        lock();
+}
