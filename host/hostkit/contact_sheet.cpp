@@ -24,7 +24,7 @@ constexpr double kMargin = 0.15;
 
 /// The part of the picture that an enlargement shows: the mask and a margin, in the panel's proportions, inside the
 /// picture.
-PixelRect partAround(const PixelRect &bounds, const Image &picture, double proportion) {
+PixelRect partAround(const PixelRect &bounds, const Mask &picture, double proportion) {
     const double margin = kMargin * std::max(bounds.width, bounds.height);
     double width = bounds.width + 2 * margin;
     double height = bounds.height + 2 * margin;
@@ -35,8 +35,9 @@ PixelRect partAround(const PixelRect &bounds, const Image &picture, double propo
     const int partHeight = std::max(1, static_cast<int>(height * shrink));
     const int left = bounds.left + (bounds.width - partWidth) / 2;
     const int top = bounds.top + (bounds.height - partHeight) / 2;
-    return {std::clamp(left, 0, picture.width() - partWidth), std::clamp(top, 0, picture.height() - partHeight),
-            partWidth, partHeight};
+    // Video has colour samples at every second place.
+    return {std::clamp(left, 0, picture.width() - partWidth) & ~1,
+            std::clamp(top, 0, picture.height() - partHeight) & ~1, partWidth, partHeight};
 }
 
 /// Draws the line between inside and outside into an enlargement of `part`: every pixel whose source pixel differs from
@@ -59,7 +60,7 @@ ContactSheet::ContactSheet(int columns, int frameWidth, int frameHeight)
         throw std::invalid_argument("a contact sheet needs at least one column and frames of at least one pixel");
 }
 
-Image ContactSheet::enlargement(const Image &frame, const Mask &mask) const {
+Image ContactSheet::enlargement(const PartOf &frame, const Mask &mask) const {
     const int width = frameHeight_; // a square panel suits tall and wide outlines alike
     const PixelRect bounds = mask.bounds();
     if (bounds.width == 0) {
@@ -70,8 +71,8 @@ Image ContactSheet::enlargement(const Image &frame, const Mask &mask) const {
                  kTextScale, kLabelColor);
         return panel;
     }
-    const PixelRect part = partAround(bounds, frame, static_cast<double>(width) / frameHeight_);
-    Image panel = scaled(frame, part, width, frameHeight_);
+    const PixelRect part = partAround(bounds, mask, static_cast<double>(width) / frameHeight_);
+    Image panel = frame(part, width, frameHeight_);
     drawBorder(panel, mask, part);
     return panel;
 }
@@ -80,7 +81,15 @@ void ContactSheet::add(const Image &frame, const Image &overlaid, const Mask &ma
                        bool highlighted) {
     if (frame.width() != mask.width() || frame.height() != mask.height())
         throw std::invalid_argument("the mask and the picture have different sizes");
-    const Image whole = scaled(overlaid, {0, 0, overlaid.width(), overlaid.height()}, frameWidth_, frameHeight_);
+    const auto partsOf = [](const Image &image) -> PartOf {
+        return [&image](const PixelRect &part, int width, int height) { return scaled(image, part, width, height); };
+    };
+    add(partsOf(frame), partsOf(overlaid), mask, label, highlighted);
+}
+
+void ContactSheet::add(const PartOf &frame, const PartOf &overlaid, const Mask &mask, const std::string &label,
+                       bool highlighted) {
+    const Image whole = overlaid({0, 0, mask.width(), mask.height()}, frameWidth_, frameHeight_);
     const Image part = enlargement(frame, mask);
 
     Image cell(frameWidth_ + part.width(), frameHeight_ + kLabelHeight);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,11 @@ class ContactSheet {
     /// `frameWidth` and `frameHeight` are what a whole frame is shrunk or enlarged to.
     ContactSheet(int columns, int frameWidth, int frameHeight);
 
+    /// Makes a picture of that size from a part of a frame.
+    using PartOf = std::function<Image(const PixelRect &part, int width, int height)>;
+
+    /// Adds a frame of the mask's size, bare and under its overlay. Parts begin at even places.
+    void add(const PartOf &frame, const PartOf &overlaid, const Mask &mask, const std::string &label, bool highlighted);
     /// Adds a frame, bare and under its overlay. A highlighted label (a keyframe's) stands out.
     void add(const Image &frame, const Image &overlaid, const Mask &mask, const std::string &label, bool highlighted);
     int count() const { return static_cast<int>(cells_.size()); }
@@ -24,7 +30,7 @@ class ContactSheet {
     Image compose() const;
 
   private:
-    Image enlargement(const Image &frame, const Mask &mask) const;
+    Image enlargement(const PartOf &frame, const Mask &mask) const;
 
     int columns_;
     int frameWidth_;

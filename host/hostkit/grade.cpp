@@ -5,53 +5,28 @@
 // Video code values are display-referred: ITU-R BT.1886 with a black level of zero makes the light of a reference
 // display the code's 2.4th power. One stop of exposure doubles that light, which is what a lens does; the same factor
 // on the code values themselves would lift shadows and highlights unevenly. Saturation moves each channel away from or
-// towards the luminance 0.2126 R + 0.7152 G + 0.0722 B of BT.709's primaries. The soft edge of a mask mixes light, not
-// codes, so the seam has no dark fringe. Values outside of the display's range are clipped, per channel, at the very
-// end.
-//
-// Decoding is a table of 256. Encoding looks up the square root of the light in a table fine enough that every code
-// maps to itself: the square root spends the table's entries where the codes are dense (code 1 is 1.7e-6 of full
-// light).
+// towards the luminance, 0.2126 R + 0.7152 G + 0.0722 B for BT.709's primaries. The soft edge of a mask mixes light,
+// not codes, so the seam has no dark fringe. Values outside of the display's range are clipped, per channel, at the
+// very end; what a clip brings along beyond it (whiter than white) stays as it was.
 #include "hostkit/grade.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>
 
+#include "hostkit/float_lanes.h"
+#include "hostkit/light_curve.h"
+
 namespace hostkit {
 namespace {
 
-constexpr double kDisplayPower = 2.4;
-constexpr std::size_t kEncodeSteps = 8192;
-
-constexpr float kLumaRed = 0.2126F;
-constexpr float kLumaGreen = 0.7152F;
-constexpr float kLumaBlue = 0.0722F;
-
-struct TransferTables {
-    std::array<float, 256> lightOfCode;
-    std::array<std::uint8_t, kEncodeSteps + 1> codeOfRoot;
-
-    TransferTables() {
-        for (std::size_t code = 0; code < lightOfCode.size(); ++code)
-            lightOfCode[code] = static_cast<float>(std::pow(static_cast<double>(code) / 255.0, kDisplayPower));
-        for (std::size_t i = 0; i <= kEncodeSteps; ++i) {
-            const double root = static_cast<double>(i) / kEncodeSteps;
-            codeOfRoot[i] = static_cast<std::uint8_t>(std::lround(255.0 * std::pow(root, 2.0 / kDisplayPower)));
-        }
-    }
-
-    std::uint8_t encode(float light) const {
-        const float root = std::sqrt(std::clamp(light, 0.0F, 1.0F));
-        return codeOfRoot[static_cast<std::size_t>(root * kEncodeSteps + 0.5F)];
-    }
-};
-
-const TransferTables &tables() {
-    static const TransferTables instance;
-    return instance;
+/// Mixes `graded` into `light` by `share` and keeps the result between black and white, or where the light was before.
+FloatLanes mixed(FloatLanes light, FloatLanes graded, FloatLanes share) {
+    const FloatLanes black = FloatLanes::all(0);
+    const FloatLanes white = FloatLanes::all(1);
+    const FloatLanes mix = light + share * (graded - light);
+    return lesser(greater(mix, lesser(light, black)), greater(light, white));
 }
 
 } // namespace
@@ -63,30 +38,51 @@ Grade::Grade(double exposureStops, double saturation)
         throw std::invalid_argument("exposure has to be -16 to 16 stops and saturation 0 to 16");
 }
 
+void Grade::apply(Block &block, const std::uint8_t *coverage, const Light &light) const {
+    const CurveTable &decode = light.curve.decode;
+    const CurveTable &encode = light.curve.encode;
+    const FloatLanes ownShare = FloatLanes::all(gain_ * saturation_);
+    const FloatLanes lumaShare = FloatLanes::all(gain_ * (1 - saturation_));
+    for (int i = 0; i < kBlock; i += FloatLanes::kCount) {
+        const FloatLanes share = FloatLanes::load(coverage + i) * FloatLanes::all(1.0F / 255);
+        const FloatLanes red = decode(FloatLanes::load(block.red + i));
+        const FloatLanes green = decode(FloatLanes::load(block.green + i));
+        const FloatLanes blue = decode(FloatLanes::load(block.blue + i));
+        const FloatLanes luminance = FloatLanes::all(light.red) * red + FloatLanes::all(light.green) * green +
+                                     FloatLanes::all(light.blue) * blue;
+        // Not a difference to the luminance: beside a bright channel a dark one would lose its digits.
+        const auto graded = [&](FloatLanes channel) { return ownShare * channel + lumaShare * luminance; };
+        encode(mixed(red, graded(red), share)).store(block.red + i);
+        encode(mixed(green, graded(green), share)).store(block.green + i);
+        encode(mixed(blue, graded(blue), share)).store(block.blue + i);
+    }
+}
+
 void Grade::applyInside(Image &image, const Mask &mask) const {
     if (image.width() != mask.width() || image.height() != mask.height())
         throw std::invalid_argument("the mask and the picture have different sizes");
-    const TransferTables &transfer = tables();
-    for (int y = 0; y < image.height(); ++y) {
-        const std::uint8_t *coverage = mask.row(y);
-        std::uint8_t *pixel = image.row(y);
-        for (int x = 0; x < image.width(); ++x, pixel += 4) {
-            if (coverage[x] == 0)
+    const Light light = {lightCurveOf(kUnknownTransfer), 0.2126F, 0.7152F, 0.0722F};
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); x += kBlock) {
+            const int count = std::min(kBlock, image.width() - x);
+            std::uint8_t coverage[kBlock] = {};
+            std::copy_n(mask.row(y) + x, count, coverage);
+            if (std::all_of(coverage, coverage + count, [](std::uint8_t value) { return value == 0; }))
                 continue;
-            const float share = static_cast<float>(coverage[x]) / 255.0F;
-            const float blue = transfer.lightOfCode[pixel[0]];
-            const float green = transfer.lightOfCode[pixel[1]];
-            const float red = transfer.lightOfCode[pixel[2]];
-            const float luminance = kLumaRed * red + kLumaGreen * green + kLumaBlue * blue;
-            const auto graded = [&](float light) {
-                const float target = gain_ * (luminance + saturation_ * (light - luminance));
-                return transfer.encode(light + share * (target - light));
-            };
-            pixel[0] = graded(blue);
-            pixel[1] = graded(green);
-            pixel[2] = graded(red);
+            Block block = {};
+            std::uint8_t *const pixels = image.row(y) + std::ptrdiff_t{x} * 4;
+            for (int i = 0; i < count; ++i) {
+                block.blue[i] = static_cast<float>(pixels[4 * i]) / 255.0F;
+                block.green[i] = static_cast<float>(pixels[4 * i + 1]) / 255.0F;
+                block.red[i] = static_cast<float>(pixels[4 * i + 2]) / 255.0F;
+            }
+            apply(block, coverage, light);
+            for (int i = 0; i < count; ++i)
+                for (int channel = 0; channel < 3; ++channel) {
+                    const float *const values[] = {block.blue, block.green, block.red};
+                    pixels[4 * i + channel] = static_cast<std::uint8_t>(values[channel][i] * 255 + 0.5F);
+                }
         }
-    }
 }
 
 } // namespace hostkit

@@ -22,12 +22,15 @@
 #ifndef HOSTKIT_WITHOUT_MEDIA
 %{
 #include "hostkit/composite.h"
+#include "hostkit/clip_index.h"
 #include "hostkit/contact_sheet.h"
 #include "hostkit/grade.h"
 #include "hostkit/image.h"
 #include "hostkit/mask.h"
+#include "hostkit/mask_png.h"
 #include "hostkit/png_writer.h"
 #include "hostkit/preview_renderer.h"
+#include "hostkit/render_pipeline.h"
 #include "hostkit/scale.h"
 #include "hostkit/text.h"
 #include "hostkit/video_reader.h"
@@ -93,7 +96,10 @@ typedef long long LONGLONG;
 %thread hostkit::scaled;
 %thread hostkit::ContactSheet::add;
 %thread hostkit::ContactSheet::compose;
+%thread hostkit::ClipIndex::ClipIndex;
+%thread hostkit::ClipIndex::step;
 %thread hostkit::VideoReader::VideoReader;
+%thread hostkit::VideoReader::~VideoReader;
 %thread hostkit::VideoReader::read;
 %thread hostkit::VideoReader::skip;
 %thread hostkit::VideoReader::rewind;
@@ -138,12 +144,20 @@ bool readRuns(PyObject *list, std::vector<hostkit::MaskRun> &runs) {
 %ignore hostkit::Image::row;
 %ignore hostkit::Mask::row;
 %ignore hostkit::MaskRun;
+%ignore hostkit::Planes;
+%ignore hostkit::Grade::applyInside(const Planes &, const Mask &) const;
+%ignore hostkit::Grade::apply;
+%ignore hostkit::Grade::Block;
+%ignore hostkit::Grade::Light;
 %include "hostkit/image.h"
 %include "hostkit/mask.h"
 %include "hostkit/grade.h"
 %include "hostkit/composite.h"
 %include "hostkit/png_writer.h"
+%ignore hostkit::encodePng;
+%include "hostkit/mask_png.h"
 %include "hostkit/text.h"
+%ignore hostkit::ContactSheet::add(const PartOf &, const PartOf &, const Mask &, const std::string &, bool);
 %include "hostkit/contact_sheet.h"
 namespace hostkit {
 Image scaled(const Image &image, const PixelRect &source, int width, int height);
@@ -151,6 +165,16 @@ Image scaled(const Image &image, const PixelRect &source, int width, int height)
 
 // --- Video --------------------------------------------------------------------------------------------------------
 
+%template(StringVector) std::vector<std::string>;
+%ignore hostkit::ClipIndex::positions;
+%extend hostkit::ClipIndex {
+    std::vector<long long> times() const { return $self->positions(); }
+}
+%include "hostkit/clip_index.h"
+%ignore hostkit::VideoReader::format;
+%ignore hostkit::VideoReader::readFrame;
+%ignore hostkit::VideoReader::copyMetadata;
+%ignore hostkit::VideoWriter::write(const AVFrame &);
 %include "hostkit/video_reader.h"
 %include "hostkit/video_writer.h"
 
@@ -171,5 +195,17 @@ typedef struct HWND__ *HWND;
 %pythonappend hostkit::PreviewRenderer::PreviewRenderer %{
         self._kept = reader, syncer
 %}
+%ignore hostkit::PreviewRenderer::overlay;
+%thread hostkit::PreviewRenderer::refresh;
 %include "hostkit/preview_renderer.h"
+
+%thread hostkit::RenderPipeline::RenderPipeline;
+%thread hostkit::RenderPipeline::~RenderPipeline;
+%thread hostkit::RenderPipeline::submit;
+%thread hostkit::RenderPipeline::finish;
+%thread hostkit::RenderPipeline::close;
+%pythonappend hostkit::RenderPipeline::RenderPipeline %{
+        self._kept = reader, sheet
+%}
+%include "hostkit/render_pipeline.h"
 #endif

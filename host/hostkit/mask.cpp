@@ -19,24 +19,94 @@ namespace {
 
 constexpr int kLargestSide = 32767;
 
-/// Blurs `count` values that lie `step` bytes apart, through a copy in `line`. Values beyond the ends repeat the last
-/// one.
-void blurLine(std::uint8_t *values, std::size_t count, std::size_t step, int radius, std::vector<std::uint8_t> &line) {
-    const std::size_t margin = static_cast<std::size_t>(radius);
-    line.resize(count + 2 * margin);
-    for (std::size_t i = 0; i < count; ++i)
-        line[margin + i] = values[i * step];
-    std::fill_n(line.begin(), margin, line[margin]);
-    std::fill_n(line.begin() + static_cast<std::ptrdiff_t>(margin + count), margin, line[margin + count - 1]);
+/// Divides sums of up to 2^16 bytes by how many they are, to the nearest integer, without a division.
+class Mean {
+  public:
+    explicit Mean(std::uint32_t count)
+        : half_(count / 2), factor_(((std::uint64_t{1} << kShift) + count - 1) / count) {}
 
+    std::uint8_t operator()(std::uint32_t sum) const {
+        return static_cast<std::uint8_t>((sum + half_) * factor_ >> kShift);
+    }
+
+  private:
+    static constexpr int kShift = 40;
+
+    std::uint32_t half_;
+    std::uint64_t factor_;
+};
+
+std::uint64_t eightAt(const std::uint8_t *bytes) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+/// Blurs the rows of a rectangle. Values beyond the ends repeat the last one.
+void blurRows(std::uint8_t *values, std::ptrdiff_t stride, std::size_t columns, std::size_t rows, int radius) {
+    const auto margin = static_cast<std::size_t>(radius);
+    std::vector<std::uint8_t> line(columns + 2 * margin);
     const std::uint32_t window = 2 * static_cast<std::uint32_t>(radius) + 1;
-    std::uint32_t sum = 0;
-    for (std::size_t i = 0; i + 1 < window; ++i)
-        sum += line[i];
-    for (std::size_t i = 0; i < count; ++i) {
-        sum += line[i + 2 * margin];
-        values[i * step] = static_cast<std::uint8_t>((sum + window / 2) / window);
-        sum -= line[i];
+    const Mean mean(window);
+    for (std::size_t y = 0; y < rows; ++y) {
+        std::uint8_t *const row = values + static_cast<std::ptrdiff_t>(y) * stride;
+        std::memcpy(line.data() + margin, row, columns);
+        std::fill_n(line.data(), margin, row[0]);
+        std::fill_n(line.data() + margin + columns, margin, row[columns - 1]);
+        std::uint32_t sum = 0;
+        for (std::size_t i = 0; i + 1 < window; ++i)
+            sum += line[i];
+        for (std::size_t i = 0; i < columns;) {
+            // Most of a mask is flat: where the same value comes in as goes out, eight times, there are eight equal
+            // means.
+            const std::uint64_t flat = 0x0101010101010101U * line[i];
+            if (i + 8 <= columns && eightAt(&line[i]) == flat && eightAt(&line[i + 2 * margin]) == flat) {
+                std::memset(row + i, mean(sum + line[i]), 8);
+                i += 8;
+                continue;
+            }
+            sum += line[i + 2 * margin];
+            row[i] = mean(sum);
+            sum -= line[i];
+            ++i;
+        }
+    }
+}
+
+/// Blurs the columns of a rectangle, row by row with a sum for each column.
+void blurColumns(std::uint8_t *values, std::ptrdiff_t stride, std::size_t columns, std::size_t rows, int radius) {
+    std::vector<std::uint8_t> before(columns * rows);
+    for (std::size_t y = 0; y < rows; ++y)
+        std::memcpy(before.data() + y * columns, values + static_cast<std::ptrdiff_t>(y) * stride, columns);
+    const auto rowOf = [&](std::ptrdiff_t y) {
+        return before.data() +
+               static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(y, 0, static_cast<std::ptrdiff_t>(rows) - 1)) *
+                   columns;
+    };
+    const std::ptrdiff_t reach = radius;
+    const Mean mean(2 * static_cast<std::uint32_t>(radius) + 1);
+    std::vector<std::uint32_t> sums(columns);
+    for (std::ptrdiff_t y = -reach; y <= reach; ++y)
+        for (std::size_t x = 0; x < columns; ++x)
+            sums[x] += rowOf(y)[x];
+    for (std::size_t x = 0; x < columns; ++x)
+        values[x] = mean(sums[x]);
+    for (std::size_t y = 1; y < rows; ++y) {
+        const std::uint8_t *const in = rowOf(static_cast<std::ptrdiff_t>(y) + reach);
+        const std::uint8_t *const out = rowOf(static_cast<std::ptrdiff_t>(y) - reach - 1);
+        std::uint8_t *const row = values + static_cast<std::ptrdiff_t>(y) * stride;
+        for (std::size_t x = 0; x < columns;) {
+            // The mean of the row above stays where what comes in is what goes out.
+            if (x + 8 <= columns && eightAt(in + x) == eightAt(out + x)) {
+                std::memcpy(row + x, row + x - stride, 8);
+                x += 8;
+                continue;
+            }
+            sums[x] += in[x];
+            sums[x] -= out[x];
+            row[x] = mean(sums[x]);
+            ++x;
+        }
     }
 }
 
@@ -89,15 +159,12 @@ void Mask::feather(int pixels, int passes) {
     const auto columns = static_cast<std::size_t>(right - left);
     const auto rows = static_cast<std::size_t>(bottom - top);
 
-    std::vector<std::uint8_t> line;
     for (int pass = 0; pass < passes; ++pass) {
         const int radius = pixels / passes + (pass < pixels % passes ? 1 : 0);
         if (radius == 0)
             break;
-        for (int y = top; y < bottom; ++y)
-            blurLine(row(y) + left, columns, 1, radius, line);
-        for (int x = left; x < right; ++x)
-            blurLine(row(top) + x, rows, static_cast<std::size_t>(width_), radius, line);
+        blurRows(row(top) + left, width_, columns, rows, radius);
+        blurColumns(row(top) + left, width_, columns, rows, radius);
     }
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "hostkit/mask.h"
 
+#include <algorithm>
 #include <limits>
+#include <random>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -87,6 +89,49 @@ TEST(Mask, OnePassIsAStraightRamp) {
     const int expected[] = {0, 51, 102, 153, 204, 255};
     for (int i = 0; i < 6; ++i)
         EXPECT_EQ(mask.value(17 + i, 1), expected[i]);
+}
+
+/// One pass as it is defined, along one direction.
+std::vector<int> blurred(const std::vector<int> &values, int radius) {
+    const int count = static_cast<int>(values.size());
+    const int window = 2 * radius + 1;
+    std::vector<int> result;
+    for (int i = 0; i < count; ++i) {
+        int sum = 0;
+        for (int k = i - radius; k <= i + radius; ++k)
+            sum += values[static_cast<std::size_t>(std::clamp(k, 0, count - 1))];
+        result.push_back((sum + window / 2) / window);
+    }
+    return result;
+}
+
+TEST(Mask, FeatherIsABoxInBothDirections) {
+    constexpr int kWidth = 97, kHeight = 61;
+    std::mt19937 random(20261122);
+    for (const int radius : {1, 2, 5, 30, 70}) {
+        Mask mask(kWidth, kHeight);
+        for (int y = 0; y < kHeight; ++y)
+            for (int x = 0; x < kWidth; ++x)
+                // All sides are reached, so the blur covers the whole mask; flat parts and noise.
+                mask.row(y)[x] = static_cast<std::uint8_t>(x % 40 < 20 ? 255 : y % 30 < 15 ? 0 : random());
+        mask.row(0)[kWidth - 1] = mask.row(kHeight - 1)[0] = mask.row(kHeight - 1)[kWidth - 1] = 255;
+        std::vector<std::vector<int>> expected;
+        for (int y = 0; y < kHeight; ++y)
+            expected.push_back(blurred({mask.row(y), mask.row(y) + kWidth}, radius));
+        for (int x = 0; x < kWidth; ++x) {
+            std::vector<int> column;
+            for (const auto &row : expected)
+                column.push_back(row[static_cast<std::size_t>(x)]);
+            column = blurred(column, radius);
+            for (int y = 0; y < kHeight; ++y)
+                expected[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] =
+                    column[static_cast<std::size_t>(y)];
+        }
+        mask.feather(radius, 1);
+        for (int y = 0; y < kHeight; ++y)
+            EXPECT_EQ(std::vector<int>(mask.row(y), mask.row(y) + kWidth), expected[static_cast<std::size_t>(y)])
+                << radius;
+    }
 }
 
 TEST(Mask, FeatherDoesNotDarkenThePicturesBorder) {

@@ -19,12 +19,6 @@ struct CloseFile {
     void operator()(std::FILE *file) const { std::fclose(file); }
 };
 
-/// What a picture is for decides how hard zlib works on it.
-enum class Effort : int { Fast = 1, Normal = 6 };
-
-/// zlib's Z_RLE: a mask is nothing but runs.
-constexpr int kRunLengths = 3;
-
 [[noreturn]] void failWriting(const std::string &path, const char *reason) {
     throw MediaError("cannot write " + inQuotes(path) + ": " + reason);
 }
@@ -43,8 +37,7 @@ void keepMessage(png_structp png, png_const_charp message) {
 
 void ignoreWarning(png_structp, png_const_charp) {}
 
-bool writeRows(std::FILE *file, int width, int height, int colorType, Effort effort, png_bytepp rows,
-               PngFailure &failure) {
+bool writeRows(std::FILE *file, int width, int height, png_bytepp rows, PngFailure &failure) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &failure, keepMessage, ignoreWarning);
     png_infop info = png == nullptr ? nullptr : png_create_info_struct(png);
     if (info == nullptr) {
@@ -57,12 +50,10 @@ bool writeRows(std::FILE *file, int width, int height, int colorType, Effort eff
         return false;
     }
     png_init_io(png, file);
-    png_set_compression_level(png, static_cast<int>(effort));
-    if (effort == Effort::Fast) {
-        png_set_filter(png, 0, PNG_FILTER_NONE);
-        png_set_compression_strategy(png, kRunLengths);
-    }
-    png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8, colorType,
+    // Photographs get little smaller by more effort, and nobody waits longer for a contact sheet than for its clip.
+    png_set_compression_level(png, 2);
+    png_set_filter(png, 0, PNG_FILTER_SUB | PNG_FILTER_UP);
+    png_set_IHDR(png, info, static_cast<png_uint_32>(width), static_cast<png_uint_32>(height), 8, PNG_COLOR_TYPE_RGB,
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_write_info(png, info);
     png_write_image(png, rows);
@@ -71,13 +62,12 @@ bool writeRows(std::FILE *file, int width, int height, int colorType, Effort eff
     return true;
 }
 
-void writeFile(const std::string &path, int width, int height, int colorType, Effort effort,
-               std::vector<std::uint8_t *> &rows) {
+void writeFile(const std::string &path, int width, int height, std::vector<std::uint8_t *> &rows) {
     std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "wb"));
     if (!file)
         failWriting(path, std::strerror(errno));
     PngFailure failure;
-    if (!writeRows(file.get(), width, height, colorType, effort, rows.data(), failure))
+    if (!writeRows(file.get(), width, height, rows.data(), failure))
         failWriting(path, failure.text);
     // The last bytes reach the disk when the file is closed: a full disk shows here.
     if (std::fclose(file.release()) != 0)
@@ -101,16 +91,7 @@ void writePng(const std::string &path, const Image &image) {
             target[2] = source[0];
         }
     }
-    writeFile(path, image.width(), image.height(), PNG_COLOR_TYPE_RGB, Effort::Normal, rows);
-}
-
-void writePng(const std::string &path, const Mask &mask) {
-    std::string pixels = mask.bytes();
-    std::vector<std::uint8_t *> rows;
-    for (int y = 0; y < mask.height(); ++y)
-        rows.push_back(reinterpret_cast<std::uint8_t *>(pixels.data()) +
-                       static_cast<std::size_t>(y) * static_cast<std::size_t>(mask.width()));
-    writeFile(path, mask.width(), mask.height(), PNG_COLOR_TYPE_GRAY, Effort::Fast, rows);
+    writeFile(path, image.width(), image.height(), rows);
 }
 
 } // namespace hostkit

@@ -31,9 +31,8 @@ void PreviewRenderer::setOverlay(loom::IAllocator *map) {
     std::swap(map_, fresh);
 }
 
-bool PreviewRenderer::render(long long frame, Image &video, Image &composed) {
-    clock_.startOf(frame);
-    Request request{frame, video, composed};
+void PreviewRenderer::await(Request &request) {
+    clock_.startOf(request.frame);
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return closing_ || !request_; });
     if (closing_)
@@ -43,7 +42,22 @@ bool PreviewRenderer::render(long long frame, Image &video, Image &composed) {
     changed_.wait(lock, [&] { return request.done; });
     if (request.error)
         std::rethrow_exception(request.error);
+}
+
+bool PreviewRenderer::render(long long frame, Image &video, Image &composed) {
+    Request request{frame, &video, &composed};
+    await(request);
     return request.found;
+}
+
+void PreviewRenderer::refresh(long long frame) {
+    Request request{frame, nullptr, nullptr};
+    await(request);
+}
+
+software_d3d9::SharedPicture PreviewRenderer::overlay() const {
+    const std::lock_guard lock(mutex_);
+    return overlay_;
 }
 
 void PreviewRenderer::startPlaying(long long held, double framesPerSecond) {

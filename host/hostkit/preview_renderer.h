@@ -53,6 +53,12 @@ class PreviewRenderer {
     /// and for an overlay of another size than the frame, std::logic_error after close().
     bool render(long long frame, Image &video, Image &composed);
 
+    /// Brings the overlay to a frame of the clip without reading that frame: overlay() is the frame's afterwards.
+    /// Throws std::invalid_argument for a frame that the clock does not know, std::logic_error after close().
+    void refresh(long long frame);
+    /// What the texture map was bound with last, or null. Nobody writes to it any more.
+    software_d3d9::SharedPicture overlay() const;
+
     /// Plays the clip from the frame shown last, over and over, one frame after the other at that rate; infinity is as
     /// fast as it goes. An overlay of another size than the frames, as there is one in the middle of a change of size,
     /// is left out. Throws std::invalid_argument unless the rate is positive.
@@ -85,8 +91,8 @@ class PreviewRenderer {
     /// A frame that somebody waits for, on that caller's stack.
     struct Request {
         long long frame;
-        Image &video;
-        Image &composed;
+        Image *video; ///< null when only the overlay is wanted
+        Image *composed;
         bool found = false;
         bool done = false;
         std::exception_ptr error;
@@ -100,6 +106,7 @@ class PreviewRenderer {
     using Clock = std::chrono::steady_clock;
 
     Map currentMap() const;
+    void await(Request &request);
     Seconds lastSeconds() const;
     void startPlaying(long long held, double framesPerSecond);
     void throwPlayError();
@@ -110,6 +117,8 @@ class PreviewRenderer {
     bool read(long long frame, Image &image, Seconds &seconds);
     void readAhead(long long frame);
     enum class WrongSize { IsLeftOut, Throws };
+    /// Has the map draw and bind the overlay of that frame.
+    software_d3d9::SharedPicture refresh(long long frame, Seconds &seconds, UINT &counter);
     /// Lays the overlay of that frame over `composed`, which holds the bare frame.
     void compose(long long frame, Image &composed, WrongSize policy, Seconds &seconds);
 
@@ -117,7 +126,7 @@ class PreviewRenderer {
     const FrameClock clock_;
     VideoSyncer &syncer_;
 
-    mutable std::mutex mutex_;        ///< guards the fields down to seconds_; never held while a frame is composed
+    mutable std::mutex mutex_;        ///< guards the fields down to overlay_; never held while a frame is composed
     std::condition_variable wake_;    ///< there is something to do
     std::condition_variable changed_; ///< something has been done
     Map map_;
@@ -134,6 +143,7 @@ class PreviewRenderer {
     long long overlaidFrames_ = 0;
     UINT updateCounter_ = 0;
     Seconds seconds_;
+    software_d3d9::SharedPicture overlay_;
 
     // The renderer's thread's own.
     ClipFrames clip_;

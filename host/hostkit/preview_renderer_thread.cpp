@@ -35,13 +35,15 @@ void PreviewRenderer::run() {
     std::unique_lock lock(mutex_);
     while (!closing_) {
         if (Request *const request = request_) {
+            // The request is its caller's again as soon as it is done.
+            const bool isRead = request->video != nullptr;
             lock.unlock();
             serve(*request);
             lock.lock();
             request_ = nullptr;
             request->done = true;
             changed_.notify_all();
-            const bool isAlone = playRate_ <= 0;
+            const bool isAlone = playRate_ <= 0 && isRead;
             lock.unlock();
             if (isAlone)
                 readAhead(shown_ + 1);
@@ -84,10 +86,19 @@ void PreviewRenderer::run() {
 void PreviewRenderer::serve(Request &request) {
     try {
         Seconds seconds;
-        if (!read(request.frame, request.video, seconds))
+        if (request.video == nullptr) {
+            UINT counter = 0;
+            const software_d3d9::SharedPicture overlay = refresh(request.frame, seconds, counter);
+            const std::lock_guard lock(mutex_);
+            ++frames_;
+            updateCounter_ = counter;
+            seconds_ = seconds;
             return;
-        request.composed = request.video;
-        compose(request.frame, request.composed, WrongSize::Throws, seconds);
+        }
+        if (!read(request.frame, *request.video, seconds))
+            return;
+        *request.composed = *request.video;
+        compose(request.frame, *request.composed, WrongSize::Throws, seconds);
         request.found = true;
     } catch (...) {
         request.error = std::current_exception();
@@ -143,12 +154,11 @@ void PreviewRenderer::readAhead(long long frame) {
     }
 }
 
-void PreviewRenderer::compose(long long frame, Image &composed, WrongSize policy, Seconds &seconds) {
+software_d3d9::SharedPicture PreviewRenderer::refresh(long long frame, Seconds &seconds, UINT &counter) {
     shown_ = frame;
     syncer_.setVideoTime(clock_.startOf(frame));
     const Map map = currentMap();
     software_d3d9::SharedPicture overlay;
-    UINT counter = 0;
     const auto refreshStart = Clock::now();
     if (map) {
         counter = map->UpdateCounter();
@@ -156,6 +166,14 @@ void PreviewRenderer::compose(long long frame, Image &composed, WrongSize policy
             overlay = device_->boundPicture(kStage);
     }
     seconds.refresh = secondsSince(refreshStart);
+    const std::lock_guard lock(mutex_);
+    overlay_ = overlay;
+    return overlay;
+}
+
+void PreviewRenderer::compose(long long frame, Image &composed, WrongSize policy, Seconds &seconds) {
+    UINT counter = 0;
+    const software_d3d9::SharedPicture overlay = refresh(frame, seconds, counter);
 
     const auto compositeStart = Clock::now();
     const bool isLaidOver = overlay && fits(*overlay, composed);

@@ -5,11 +5,14 @@
 #include <stdexcept>
 
 #include "hostkit/error.h"
+#include "hostkit/sound_copier.h"
+#include "hostkit/video_codec.h"
+#include "hostkit/video_reader.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/opt.h>
+#include <libavutil/pixdesc.h>
 }
 
 namespace hostkit {
@@ -19,111 +22,93 @@ namespace {
 constexpr AVRational kVariableTimeBase = {1, 90000};
 constexpr AVRational kUnit = {1, static_cast<int>(FrameClock::kUnitsPerSecond)};
 
-struct CodecChoice {
-    const char *name;
-    const char *encoders[2]; ///< by preference; hardware encoders are left out: they differ from machine to machine
-    const char *muxer;
-    const char *extension;
-};
-
-constexpr CodecChoice kCodecs[] = {
-    {"h264", {"libx264", "libopenh264"}, "mp4", "mp4"},
-    {"vp9", {"libvpx-vp9", "libsvt_vp9"}, "webm", "webm"},
-};
-
-const CodecChoice &choiceOf(const std::string &codec) {
-    for (const CodecChoice &choice : kCodecs)
-        if (codec == choice.name)
-            return choice;
-    throw std::invalid_argument("codec " + inQuotes(codec) + " is not one of h264 and vp9");
+/// A size that colour samples of `shift` cover evenly.
+int coverable(int size, int shift) {
+    return (size + (1 << shift) - 1) >> shift << shift;
 }
 
-const AVCodec *findEncoder(const CodecChoice &choice) {
-    for (const char *name : choice.encoders)
-        if (const AVCodec *encoder = avcodec_find_encoder_by_name(name))
-            return encoder;
-    return nullptr;
+FrameFormat pictureFormat(int width, int height, int aspectNumerator, int aspectDenominator, int matrix) {
+    FrameFormat format;
+    format.width = width;
+    format.height = height;
+    format.pixelFormat = AV_PIX_FMT_YUV420P;
+    format.matrix = matrix;
+    format.range = AVCOL_RANGE_MPEG;
+    format.aspectNumerator = aspectNumerator;
+    format.aspectDenominator = aspectDenominator;
+    return format;
 }
 
-/// Visually transparent at a speed that does not dominate the job. An encoder ignores what it does not know.
-void setQuality(AVCodecContext &encoder) {
-    constexpr struct {
-        const char *name, *value;
-    } kOptions[] = {
-        {"preset", "veryfast"}, {"crf", "18"}, {"deadline", "realtime"}, {"cpu-used", "6"}, {"row-mt", "1"}};
-    for (const auto &option : kOptions)
-        av_opt_set(encoder.priv_data, option.name, option.value, 0);
-    // VP9 takes crf as a quality only when no rate is asked for.
-    if (encoder.codec_id == AV_CODEC_ID_VP9)
-        encoder.bit_rate = 0;
-}
-
-int evenUp(int size) {
-    return size + size % 2;
-}
-
-/// Repeats the last column and row where `target` is one larger.
-void padToEven(const Image &source, Image &target) {
-    target.resize(evenUp(source.width()), evenUp(source.height()));
-    target.paste(source, 0, 0);
-    if (target.width() > source.width())
-        for (int y = 0; y < source.height(); ++y)
-            std::memcpy(target.row(y) + std::ptrdiff_t{source.width()} * 4,
-                        source.row(y) + std::ptrdiff_t{source.width() - 1} * 4, 4);
-    if (target.height() > source.height())
-        std::memcpy(target.row(source.height()), target.row(source.height() - 1),
-                    static_cast<std::size_t>(target.width()) * 4);
+/// Repeats the last column and row of a plane.
+void padPlane(std::uint8_t *plane, std::ptrdiff_t stride, std::size_t sample, int width, int height, int codedWidth,
+              int codedHeight) {
+    for (int y = 0; y < height; ++y)
+        for (int x = width; x < codedWidth; ++x)
+            std::memcpy(plane + y * stride + x * static_cast<std::ptrdiff_t>(sample),
+                        plane + y * stride + (width - 1) * static_cast<std::ptrdiff_t>(sample), sample);
+    for (int y = height; y < codedHeight; ++y)
+        std::memcpy(plane + y * stride, plane + (height - 1) * stride, static_cast<std::size_t>(codedWidth) * sample);
 }
 
 } // namespace
 
 std::string VideoWriter::usableCodec(const std::string &wanted) {
-    if (findEncoder(choiceOf(wanted)) != nullptr)
-        return wanted;
-    for (const CodecChoice &choice : kCodecs)
-        if (findEncoder(choice) != nullptr)
-            return choice.name;
-    throw MediaError("this machine's FFmpeg can encode neither H.264 nor VP9");
+    return hostkit::usableCodec(wanted);
 }
 
 std::string VideoWriter::fileExtension(const std::string &codec) {
-    return choiceOf(codec).extension;
+    return videoCodec(codec).extension;
+}
+
+VideoWriter::VideoWriter(const std::string &path, const FrameFormat &format, const FrameClock &clock)
+    : path_(path), format_(format), clock_(clock), frame_(makeFrame()), sent_(makeFrame()), packet_(makePacket()) {
+    silenceAvLog();
 }
 
 VideoWriter::VideoWriter(const std::string &path, const std::string &codec, int width, int height,
                          const FrameClock &clock, int pixelAspectNumerator, int pixelAspectDenominator, int colorMatrix)
-    : path_(path), clock_(clock), frame_(makeFrame()), packet_(makePacket()), width_(width), height_(height) {
-    silenceAvLog();
-    const CodecChoice &choice = choiceOf(codec);
-    const AVCodec *const encoder = findEncoder(choice);
+    : VideoWriter(path, pictureFormat(width, height, pixelAspectNumerator, pixelAspectDenominator, colorMatrix),
+                  clock) {
+    open(codec, nullptr);
+}
+
+VideoWriter::VideoWriter(const std::string &path, const std::string &codec, const VideoReader &clip,
+                         const FrameClock &clock)
+    : VideoWriter(path, clip.format(), clock) {
+    open(codec, &clip);
+}
+
+VideoWriter::~VideoWriter() = default;
+
+void VideoWriter::open(const std::string &codec, const VideoReader *clip) {
+    const VideoCodec &choice = videoCodec(codec);
+    const AVCodec *const encoder = choice.encoder();
     if (encoder == nullptr)
         throw MediaError("this machine's FFmpeg cannot encode " + codec);
-
     AVFormatContext *context = nullptr;
     // The protocol is named so that a colon in a file's name is part of the name.
-    const std::string url = "file:" + path;
+    const std::string url = "file:" + path_;
     if (const int code = avformat_alloc_output_context2(&context, nullptr, choice.muxer, url.c_str()); code < 0)
         fail(code);
     output_.reset(context);
     encoder_.reset(avcodec_alloc_context3(encoder));
     if (!encoder_)
         throw std::bad_alloc();
-    const AVRational rate = {clock.rateNumerator(), clock.rateDenominator()};
-    encoder_->width = evenUp(width);
-    encoder_->height = evenUp(height);
-    encoder_->pix_fmt = AV_PIX_FMT_YUV420P;
-    encoder_->framerate = rate;
-    encoder_->time_base = clock.isConstant() ? av_inv_q(rate) : kVariableTimeBase;
-    encoder_->sample_aspect_ratio = {pixelAspectNumerator, pixelAspectDenominator};
-    encoder_->colorspace = static_cast<AVColorSpace>(colorMatrix);
-    encoder_->color_range = AVCOL_RANGE_MPEG;
-    encoder_->thread_count = 0;
-    if ((context->oformat->flags & AVFMT_GLOBALHEADER) != 0)
-        encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    encoder_->pix_fmt = static_cast<AVPixelFormat>(
+        encodableFormat(format_.pixelFormat, reinterpret_cast<const int *>(encoder->pix_fmts)));
+    describe(*encoder_);
+    if (encoder_->pix_fmt != format_.pixelFormat) {
+        FrameFormat coded = format_;
+        coded.pixelFormat = encoder_->pix_fmt;
+        notKept_.push_back(format_.text() + " (" + codec + " takes " + coded.text() + ")");
+    }
+    if (encoder_->width != format_.width || encoder_->height != format_.height)
+        notKept_.push_back("the odd size (padded to " + std::to_string(encoder_->width) + "x" +
+                           std::to_string(encoder_->height) + ")");
     setQuality(*encoder_);
     if (const int code = avcodec_open2(encoder_.get(), encoder, nullptr); code < 0)
         fail(code);
-    openFile();
+    openFile(clip);
 
     frame_->format = encoder_->pix_fmt;
     frame_->width = encoder_->width;
@@ -132,9 +117,28 @@ VideoWriter::VideoWriter(const std::string &path, const std::string &codec, int 
         fail(code);
 }
 
-VideoWriter::~VideoWriter() = default;
+void VideoWriter::describe(AVCodecContext &encoder) const {
+    const AVPixFmtDescriptor &pixels = *av_pix_fmt_desc_get(encoder.pix_fmt);
+    encoder.width = coverable(format_.width, pixels.log2_chroma_w);
+    encoder.height = coverable(format_.height, pixels.log2_chroma_h);
+    const AVRational rate = {clock_.rateNumerator(), clock_.rateDenominator()};
+    encoder.framerate = rate;
+    encoder.time_base = clock_.isConstant() ? av_inv_q(rate) : kVariableTimeBase;
+    encoder.sample_aspect_ratio = {format_.aspectNumerator, format_.aspectDenominator};
+    encoder.color_primaries = static_cast<AVColorPrimaries>(format_.primaries);
+    encoder.color_trc = static_cast<AVColorTransferCharacteristic>(format_.transfer);
+    encoder.colorspace = static_cast<AVColorSpace>(format_.matrix);
+    encoder.color_range = static_cast<AVColorRange>(format_.range);
+    encoder.chroma_sample_location = static_cast<AVChromaLocation>(format_.chromaLocation);
+    encoder.field_order = static_cast<AVFieldOrder>(format_.fieldOrder);
+    if (format_.isInterlaced())
+        encoder.flags |= AV_CODEC_FLAG_INTERLACED_DCT;
+    encoder.thread_count = 0;
+    if ((output_->oformat->flags & AVFMT_GLOBALHEADER) != 0)
+        encoder.flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+}
 
-void VideoWriter::openFile() {
+void VideoWriter::openFile(const VideoReader *clip) {
     AVStream *const stream = avformat_new_stream(output_.get(), nullptr);
     if (stream == nullptr)
         throw std::bad_alloc();
@@ -142,6 +146,12 @@ void VideoWriter::openFile() {
     stream->time_base = encoder_->time_base;
     stream->avg_frame_rate = encoder_->framerate;
     stream->sample_aspect_ratio = encoder_->sample_aspect_ratio;
+    if (clip != nullptr) {
+        clip->copyMetadata(*output_, *stream);
+        sound_ = std::make_unique<SoundCopier>(clip->path(), clip->firstPosition(), *output_);
+        for (const std::string &codec : sound_->refused())
+            notKept_.push_back("sound (" + codec + " does not go into " + output_->oformat->name + ")");
+    }
     if (const int code = avio_open(&output_->pb, output_->url, AVIO_FLAG_WRITE); code < 0)
         fail(code);
     AVDictionary *options = nullptr;
@@ -151,6 +161,14 @@ void VideoWriter::openFile() {
     av_dict_free(&options);
     if (code < 0)
         fail(code);
+}
+
+int VideoWriter::codedWidth() const {
+    return encoder_->width;
+}
+
+int VideoWriter::codedHeight() const {
+    return encoder_->height;
 }
 
 void VideoWriter::fail(int code) const {
@@ -175,27 +193,77 @@ void VideoWriter::encode(const AVFrame *frame) {
     fail(code);
 }
 
+void VideoWriter::requireSize(int width, int height) const {
+    if (width != format_.width || height != format_.height)
+        throw std::invalid_argument("a frame of " + std::to_string(width) + "x" + std::to_string(height) +
+                                    " pixels does not fit a video of " + std::to_string(format_.width) + "x" +
+                                    std::to_string(format_.height));
+}
+
+void VideoWriter::pad(AVFrame &frame) const {
+    const AVPixFmtDescriptor &pixels = *av_pix_fmt_desc_get(encoder_->pix_fmt);
+    const std::size_t sample = pixels.comp[0].depth > 8 ? 2 : 1;
+    // Colour samples cover the odd column and row already.
+    padPlane(frame.data[0], frame.linesize[0], sample, format_.width, format_.height, encoder_->width,
+             encoder_->height);
+}
+
 void VideoWriter::write(const Image &image) {
-    if (image.width() != width_ || image.height() != height_)
-        throw std::invalid_argument("a frame of " + std::to_string(image.width()) + "x" +
-                                    std::to_string(image.height()) + " pixels does not fit a video of " +
-                                    std::to_string(width_) + "x" + std::to_string(height_));
-    const long long start = clock_.startOf(frames_);
+    requireSize(image.width(), image.height());
+    clock_.startOf(frames_);
     if (const int code = av_frame_make_writable(frame_.get()); code < 0)
         fail(code);
-    const bool odd = image.width() % 2 != 0 || image.height() % 2 != 0;
-    if (odd)
-        padToEven(image, padded_);
-    converter_.toFrame(odd ? padded_ : image, {encoder_->colorspace, false}, *frame_);
-    frame_->pts = clock_.isConstant() ? frames_ : av_rescale_q(start, kUnit, encoder_->time_base);
-    encode(frame_.get());
+    // The converter fills the picture's own part of the frame.
+    frame_->width = format_.width;
+    frame_->height = format_.height;
+    converter_.toFrame(image, {format_.actualMatrix(), format_.isFullRange()}, *frame_);
+    frame_->width = encoder_->width;
+    frame_->height = encoder_->height;
+    pad(*frame_);
+    send(*frame_);
+}
+
+void VideoWriter::write(const AVFrame &frame) {
+    requireSize(frame.width, frame.height);
+    clock_.startOf(frames_);
+    if (frame.format == encoder_->pix_fmt && frame.width == encoder_->width && frame.height == encoder_->height) {
+        if (const int code = av_frame_ref(sent_.get(), &frame); code < 0)
+            fail(code);
+        send(*sent_);
+        av_frame_unref(sent_.get());
+        return;
+    }
+    if (const int code = av_frame_make_writable(frame_.get()); code < 0)
+        fail(code);
+    frame_->width = format_.width;
+    frame_->height = format_.height;
+    converter_.toFrame(frame, {format_.actualMatrix(), format_.isFullRange()}, *frame_);
+    frame_->width = encoder_->width;
+    frame_->height = encoder_->height;
+    pad(*frame_);
+    av_frame_copy_props(frame_.get(), &frame);
+    send(*frame_);
+}
+
+void VideoWriter::send(AVFrame &frame) {
+    const long long start = clock_.startOf(frames_);
+    frame.pts = clock_.isConstant() ? frames_ : av_rescale_q(start, kUnit, encoder_->time_base);
+    // Which frames are keyframes is the encoder's decision, not the clip's.
+    frame.pict_type = AV_PICTURE_TYPE_NONE;
+    encode(&frame);
     ++frames_;
+    if (sound_)
+        if (const int code = sound_->copyUntil(start); code < 0)
+            fail(code);
 }
 
 void VideoWriter::finish() {
     if (finished_)
         return;
     encode(nullptr);
+    if (sound_)
+        if (const int code = sound_->copyAll(); code < 0)
+            fail(code);
     if (const int code = av_write_trailer(output_.get()); code < 0)
         fail(code);
     if (const int code = avio_closep(&output_->pb); code < 0)

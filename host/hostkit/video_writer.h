@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "hostkit/av_handles.h"
 #include "hostkit/frame_clock.h"
+#include "hostkit/frame_format.h"
 #include "hostkit/image.h"
 #include "hostkit/scale.h"
 
 namespace hostkit {
 
-/// Encodes pictures as a video with the times of a frame clock: H.264 in MP4, or VP9 in WebM.
+class SoundCopier;
+class VideoReader;
+
+/// Encodes frames as a video with the times of a frame clock: H.264 in MP4, or VP9 in WebM.
 ///
-/// 4:2:0 needs even sizes: an odd picture gets its last column or row once more.
+/// Subsampled colours need even sizes: an odd picture gets its last column or row once more.
 class VideoWriter {
   public:
     /// "h264" or "vp9": the wanted one if this machine can encode it, else the other. Throws MediaError when it can
@@ -21,36 +27,55 @@ class VideoWriter {
     /// File name ending that goes with a codec, without the dot: "mp4" or "webm".
     static std::string fileExtension(const std::string &codec);
 
-    /// `pixelAspect` is width over height of a pixel; `colorMatrix` the AVColorSpace to encode with. Throws MediaError
-    /// when the file cannot be written or the encoder refuses.
+    /// For pictures: 8-bit 4:2:0. `pixelAspect` is width over height of a pixel; `colorMatrix` the AVColorSpace to
+    /// encode with. Throws MediaError when the file cannot be written or the encoder refuses.
     VideoWriter(const std::string &path, const std::string &codec, int width, int height, const FrameClock &clock,
                 int pixelAspectNumerator, int pixelAspectDenominator, int colorMatrix);
+    /// For frames of a clip: in their own format as far as the encoder has it, with the clip's sound and what it says
+    /// about itself. `clip` is not used any more afterwards.
+    VideoWriter(const std::string &path, const std::string &codec, const VideoReader &clip, const FrameClock &clock);
     ~VideoWriter();
 
     /// Encodes the next frame. Throws std::invalid_argument for a picture of another size or more frames than the clock
     /// has.
     void write(const Image &image);
+    /// The same for a frame of the clip's format.
+    void write(const AVFrame &frame);
     /// Writes what the encoder still holds and completes the file. Without it the file stays incomplete.
     void finish();
     long long frameCount() const { return frames_; }
+    /// Size of the encoded frames.
+    int codedWidth() const;
+    int codedHeight() const;
+    /// What encoder and container cannot keep of the clip.
+    std::vector<std::string> notKept() const { return notKept_; }
 
   private:
-    void openFile();
+    VideoWriter(const std::string &path, const FrameFormat &format, const FrameClock &clock);
+
+    void open(const std::string &codec, const VideoReader *clip);
+    void describe(AVCodecContext &encoder) const;
+    void openFile(const VideoReader *clip);
+    void requireSize(int width, int height) const;
+    /// Repeats the last column and row of a frame that was filled up to its own size.
+    void pad(AVFrame &frame) const;
+    void send(AVFrame &frame);
     void encode(const AVFrame *frame);
     [[noreturn]] void fail(int code) const;
 
     std::string path_;
+    FrameFormat format_;
     FrameClock clock_;
     AvOutput output_;
-    AvCodec encoder_;
-    AvFrame frame_;
+    std::unique_ptr<SoundCopier> sound_;
+    AvFrame frame_; ///< in the encoder's format and size, for what has another one
+    AvFrame sent_;
     AvPacket packet_;
     FrameConverter converter_;
-    Image padded_; ///< used when a size is odd
-    int width_;
-    int height_;
+    std::vector<std::string> notKept_;
     long long frames_ = 0;
     bool finished_ = false;
+    AvCodec encoder_; ///< last: it ends its threads before the rest goes
 };
 
 } // namespace hostkit

@@ -8,6 +8,7 @@ of the clip across.
 import collections
 
 from . import hostkit
+from .progress import progress
 
 # The enlarged picture gets no wider than this.
 _WIDEST = 4096
@@ -28,8 +29,10 @@ class ClipPictures(object):
 
     def frame(self, number):
         reader = hostkit.VideoReader(self._path)
-        for _ in range(number):
-            reader.skip()
+        with progress('looking for frame %d' % number, number) as advance:
+            for _ in range(number):
+                reader.skip()
+                advance()
         image = hostkit.Image(reader.width(), reader.height())
         return image if reader.read(image) else None
 

@@ -12,7 +12,11 @@ class EditHistory(object):
     def __init__(self, overlay, limit=200):
         self._overlay = overlay
         self._limit = limit
-        self._current = overlay.GetCurrentDevSetting()
+        self.forget()
+
+    def forget(self):
+        """Begins anew with the selection as it is."""
+        self._current = self._overlay.GetCurrentDevSetting()
         self._undo = []
         self._redo = []
 

@@ -1,30 +1,31 @@
 # SPDX-License-Identifier: MIT
-"""Results appear under their final names whole or not at all."""
-import contextlib
+"""Results appear under their final names all at once or not at all, and never in the place of anybody else's files."""
 import os
-import shutil
-import signal
-import tempfile
-import threading
 
+from . import interrupts, staging
 from .errors import HostError
+from .manifest import FILE as MANIFEST
+from .manifest import Manifest, digest_steps, records_of
+from .messages import listed
+from .progress import progress
 
 
-@contextlib.contextmanager
-def _uninterrupted():
-    """Puts Ctrl-C and a polite kill off until the block is left. Only the main thread gets them, and can do this."""
-    waiting = []
-    previous = {}
-    if threading.current_thread().name == 'MainThread':
-        for number in (signal.SIGINT, signal.SIGTERM):
-            previous[number] = signal.signal(number, lambda *arguments: waiting.append(arguments))
+def _is_same(a, b):
+    """Whether two names stand for one file or folder, however they are written and linked."""
     try:
-        yield
-    finally:
-        for number, handler in previous.items():
-            signal.signal(number, handler)
-    if waiting:
-        raise KeyboardInterrupt
+        return os.path.samefile(a, b)
+    except OSError:
+        return False
+
+
+def _lies_at(path, place):
+    """Whether `path` is `place` or lies below it."""
+    for way in (os.path.abspath(path), os.path.realpath(path)):
+        while way != os.path.dirname(way):
+            if _is_same(way, place):
+                return True
+            way = os.path.dirname(way)
+    return False
 
 
 class OutputFolder(object):
@@ -33,25 +34,56 @@ class OutputFolder(object):
     Used as a context manager; without commit() nothing is left behind, not even a final folder that was made for it.
     """
 
-    def __init__(self, path):
+    def __init__(self, path, names=(), inputs=(), force=False):
+        """`names` are those that results will have: what they would wrongly replace is found before the work begins.
+        `inputs` are pairs of what a file is and its path: they are never replaced. `force` lets everything else be."""
         self.path = path
-        self._staging = None
-        self._made = False
+        self._names = names
+        self._inputs = inputs
+        self._force = force
+        self._staging = self._lock = None
+        self._made = []
+        self._interruption = KeyboardInterrupt
 
     def __enter__(self):
         try:
-            if not os.path.isdir(self.path):
-                os.makedirs(self.path)
-                self._made = True
-            self._staging = tempfile.mkdtemp(prefix='.unfinished-', dir=self.path)
+            if os.path.isdir(self.path):
+                staging.remove_leftovers(self.path, self._holds_input)
+                self._refuse_to_replace(self._names)
+            with interrupts.held_off():
+                self._make_folders()
+                self._staging, self._lock = staging.make(self.path)
         except EnvironmentError as error:
+            self._close(failed=True)
             raise HostError("cannot write to '%s': %s" % (self.path, error.strerror))
+        except BaseException:
+            self._close(failed=True)
+            raise
         return self
 
+    def _make_folders(self):
+        missing, path = [], os.path.abspath(self.path)
+        while not os.path.lexists(path):
+            missing.append(path)
+            path = os.path.dirname(path)
+        if not os.path.isdir(self.path):
+            os.makedirs(self.path)
+        self._made = missing
+
     def __exit__(self, kind, value, traceback):
-        shutil.rmtree(self._staging, ignore_errors=True)
-        if kind is not None and self._made and not os.listdir(self.path):
-            os.rmdir(self.path)
+        with interrupts.held_off(self._interruption):
+            self._close(failed=kind is not None)
+
+    def _close(self, failed):
+        if self._staging:
+            staging.remove(self._staging, self._lock)
+            self._staging = None
+        for path in self._made if failed else ():
+            try:
+                os.rmdir(path)
+            except OSError:
+                # Somebody else has put something there.
+                break
 
     def file(self, name):
         """Where to write a result for now."""
@@ -62,17 +94,42 @@ class OutputFolder(object):
         os.mkdir(path)
         return path
 
+    def with_final_names(self, text):
+        """A message with the names that results were to get, instead of where they waited."""
+        return text.replace(self._staging + os.sep, os.path.join(self.path, '')) if self._staging else text
+
     def commit(self):
         """Moves everything to its final name. A folder of an earlier run is replaced as a whole."""
-        with _uninterrupted():
-            for name in sorted(os.listdir(self._staging)):
-                self._move_out(name)
-
-    def _move_out(self, name):
-        final = os.path.join(self.path, name)
+        names = staging.results(self._staging)
+        with progress('checking', digest_steps(self._staging, names), 'MB') as advance:
+            records = records_of(self._staging, names, advance)
+        interrupts.check()
         try:
-            if os.path.isdir(final):
-                os.rename(final, self.file('replaced-' + name))
-            os.rename(self.file(name), final)
+            with interrupts.held_off(interrupts.InterruptedAfterwards), staging.turn(self.path):
+                self._refuse_to_replace(names)
+                with open(self.file(MANIFEST), 'wb') as stream:
+                    stream.write(Manifest(self.path).replaced_by(records))
+                staging.move_out(self._staging, self.path, names + [MANIFEST])
+                self._interruption = interrupts.InterruptedAfterwards
         except EnvironmentError as error:
-            raise HostError("cannot write '%s': %s" % (final, error.strerror))
+            state = 'nothing was changed there' if staging.is_settled(self._staging) else (
+                "not all of it could be put back: the rest is in '%s'" % self._staging)
+            raise HostError("cannot write to '%s', and %s: %s" % (self.path, state, error.strerror))
+
+    def _holds_input(self, path):
+        return any(_lies_at(file_path, path) for _, file_path in self._inputs)
+
+    def _refuse_to_replace(self, names):
+        places = [(name, os.path.join(self.path, name)) for name in names]
+        for _, place in places:
+            for what, path in self._inputs:
+                if os.path.lexists(place) and _lies_at(path, place):
+                    raise HostError("the %s '%s' lies where a result goes ('%s'): choose another folder with --out" % (
+                        what, path, place))
+        if self._force:
+            return
+        manifest = Manifest(self.path)
+        foreign = [found for name in list(names) + [MANIFEST] for found in manifest.foreign(name)]
+        if foreign:
+            raise HostError("'%s' holds what this host did not make, or not as it is now: %s; choose another folder with "
+                            '--out, or replace it with --force' % (self.path, listed(foreign)))

@@ -77,8 +77,8 @@ class Preview(object):
         return [self.clock.frameAt(duration) for duration in self.overlay.GetKeyFrameDurationList()]
 
     def shows_mask(self):
-        """Whether the frame last prepared has an outline that makes a mask."""
-        return self.overlay.IsMask() and self.overlay.IsNeedHandleMouseEvent()
+        """Whether the frame last prepared has an outline that makes a mask. A selection may have no keyframe at all."""
+        return self.overlay.IsMask() and self.overlay.IsNeedHandleMouseEvent() and bool(self.overlay.GetCurrentPoints())
 
     def points(self):
         return outline.unpack(self.overlay.GetCurrentPoints())
@@ -124,7 +124,11 @@ class Preview(object):
 
     def delete_last(self):
         with self.gesture():
+            left = len(self.points())
             self.overlay.Interactive(ECS_DELETE_LAST_POINT)
+            if left == 1:
+                # The module says that the outline is gone, and leaves clearing it to the host.
+                self.overlay.Interactive(ECS_DELETE)
 
     def store_keyframe(self):
         """Stores the outline that is shown as the keyframe of this frame."""

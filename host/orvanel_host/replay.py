@@ -5,13 +5,20 @@ A recording says what somebody did and where. Each gesture checks that it met wh
 beside a handle would otherwise draw something else without a word.
 """
 import ctypes
+import math
 import os
 
-from . import colorkey, hostkit, outline, selection
+from . import colorkey, editfile, hostkit, outline, selection
 from .errors import EditError
+from .progress import progress
 
 # A dragged point lands on the pointer; what is compared has been to fractions and back.
 _LANDING_TOLERANCE = 1
+
+# Zooming out by this much more than a place needs keeps it off the display's edge.
+_MARGIN_OF_ZOOM = 0.9
+# A nudge of this many display pixels takes every outline to the border of the picture, where the module stops it.
+_FARTHEST_NUDGE = 1 << 24
 
 # A fit chooses among equally near places with the C run time's generator: seeded, an edit replays the same every time.
 _RUN_TIME = ctypes.CDLL('msvcrt' if os.name == 'nt' else None)
@@ -33,10 +40,13 @@ class Replay(object):
         preview = self._preview
         preview.place(self._edit.display)
         self._overlay.SetFeathers([[0, self._edit.feather.pixels, self._edit.feather.passes]])
-        preview.history.record()
+        # The edit begins here: there is nothing before it to go back to.
+        preview.history.forget()
         preview.seek(0)
-        for gesture in self._edit.gestures:
-            self.step(gesture)
+        with progress('replaying', len(self._edit.gestures), 'gestures') as advance:
+            for gesture in self._edit.gestures:
+                self.step(gesture)
+                advance()
 
     def step(self, gesture):
         try:
@@ -57,8 +67,19 @@ class Replay(object):
             x, y = x + dx, y + dy
         width, height = self._preview.display
         if not (0 <= x < width and 0 <= y < height):
-            raise EditError('display pixel (%d, %d) lies outside of the display of %dx%d' % (x, y, width, height))
+            raise EditError('display pixel (%d, %d) lies outside of the display of %dx%d%s' % (
+                x, y, width, height, self._way_to_reach(place, x, y)))
         return x, y
+
+    def _way_to_reach(self, place, x, y):
+        """What brings a place onto the display: with its right and lower edge the picture ends one pixel outside."""
+        if place.point is not None and self._edit.coordinates == 'display':
+            return ''
+        left, top, width, height = self._preview.rect
+        farthest = max(abs((x - left) / float(width) - 0.5), abs((y - top) / float(height) - 0.5))
+        factor = math.floor(min(0.5 / farthest, 1) * _MARGIN_OF_ZOOM * 100) / 100
+        return ': zoom out first, with {"do": "zoom", "factor": %g} say' % factor if factor >= editfile.SMALLEST_ZOOM else (
+            ', and is too far from the picture to be reached')
 
     def _scaled(self, pair, from_video):
         if self._edit.coordinates == 'video':
@@ -131,7 +152,7 @@ class Replay(object):
         points = self._preview.points()
         if not points or self._overlay.IsMask():
             raise EditError('there is no open outline')
-        self._preview.click(self._preview.to_pixels(points[0].x, points[0].y))
+        self._preview.click(self._pixels(editfile.Place(None, 0, None, (0.0, 0.0))))
         if not self._overlay.IsMask():
             raise EditError('an outline needs three anchors before it can be closed')
 
@@ -179,8 +200,13 @@ class Replay(object):
         self._overlay.SelectAllPoints()
 
     def do_nudge(self, by):
+        before = self._overlay.GetCurrentDevSetting()
+        offset = tuple(max(-_FARTHEST_NUDGE, min(_FARTHEST_NUDGE, value)) for value in self._offset(by))
         with self._preview.gesture():
-            self._overlay.MoveAllPoints(*self._offset(by))
+            self._overlay.MoveAllPoints(*offset)
+        if self._overlay.GetCurrentDevSetting() == before:
+            raise EditError('there is nothing to nudge' if not self._preview.points() else
+                            'a nudge by (%d, %d) display pixels moves nothing' % offset)
 
     def do_delete(self):
         self._preview.delete()

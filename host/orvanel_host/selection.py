@@ -1,8 +1,12 @@
 # SPDX-License-Identifier: MIT
 """A selection as JSON: the device-setting dictionary with names instead of numbers, and points in figures."""
+import collections
 import json
+import struct
 
-from . import outline
+from . import document, outline
+from .document import REQUIRED, Wrong, boolean, fields_of, list_of, number, pair, row, string
+from .editfile import grade as grade_check
 from .errors import HostError
 
 FORMAT = 'orvanel-selection'
@@ -10,6 +14,19 @@ VERSION = 1
 
 # Keys of the device setting.
 _MASK, _INVERSE, _POINTS, _KEYFRAMES, _DURATION, _KEY_POINTS, _FEATHERS, _CENTROID, _FEATHER_SHIFTS, _HIDE = range(10)
+
+# Single precision's largest number, as it is written.
+_LARGEST = 3.40282347e38
+
+# Two numbers of single precision.
+_PAIR = struct.Struct('<ff')
+
+_TIME_UNIT = '100 ns'
+_POINT_FIELDS = ['type', 'x', 'y', 'curve_in', 'curve_out', 'handle_shown']
+
+# A selection with the grade that it was made for and the size of the clip that its feathers count pixels of. Files that
+# hold only the selection have None for both.
+Saved = collections.namedtuple('Saved', 'setting grade size')
 
 
 class _Coordinate(float):
@@ -26,48 +43,114 @@ def _points_out(data):
             for point in outline.unpack(data)]
 
 
-def _points_in(rows):
-    return outline.pack([outline.Point(*row) for row in rows])
-
-
-def to_json(setting):
-    """The text of a device setting."""
-    document = {
-        'format': FORMAT, 'version': VERSION, 'time_unit': '100 ns',
-        'point_fields': ['type', 'x', 'y', 'curve_in', 'curve_out', 'handle_shown'],
+def to_json(setting, grade=None, size=None):
+    """The text of a device setting, with the grade and the clip's size that belong to it."""
+    contents = {
+        'format': FORMAT, 'version': VERSION, 'time_unit': _TIME_UNIT, 'point_fields': _POINT_FIELDS,
         'mask': setting[_MASK], 'inverse': setting[_INVERSE], 'hide': setting[_HIDE],
         'feathers': setting[_FEATHERS], 'feather_shifts': setting[_FEATHER_SHIFTS],
     }
+    if grade:
+        contents['grade'] = dict(grade._asdict())
+    if size:
+        contents['size'] = list(size)
     if setting[_MASK]:
-        document['keyframes'] = [{'duration': keyframe[_DURATION], 'points': _points_out(keyframe[_KEY_POINTS])}
+        contents['keyframes'] = [{'duration': keyframe[_DURATION], 'points': _points_out(keyframe[_KEY_POINTS])}
                                  for keyframe in setting[_KEYFRAMES]]
-        if _CENTROID in setting:
-            document['centroid'] = [_Coordinate(value) for value in setting[_CENTROID]]
+        # Of points that lie far enough apart the middle is beyond every number. Nobody reads it back.
+        if _CENTROID in setting and all(abs(value) <= _LARGEST for value in setting[_CENTROID]):
+            contents['centroid'] = [_Coordinate(value) for value in setting[_CENTROID]]
     else:
-        document['points'] = _points_out(setting[_POINTS])
-    return _dump(document)
+        contents['points'] = _points_out(setting[_POINTS])
+    return _dump(contents)
+
+
+def load(path):
+    """The Saved selection in a file; HostError names the file and the first thing that is wrong."""
+    try:
+        return document.checked(document.read(path), _saved)
+    except EnvironmentError as error:
+        raise HostError("selection '%s' cannot be read: %s" % (path, error.strerror))
+    except Wrong as error:
+        raise HostError("selection '%s': %s" % (path, error))
 
 
 def from_json(text):
     """The device setting of a text that to_json wrote; HostError when it is something else."""
     try:
-        document = json.loads(text)
-        if document['format'] != FORMAT or document['version'] != VERSION:
-            raise HostError('the selection is not of format %s, version %d' % (FORMAT, VERSION))
-        setting = {
-            _MASK: document['mask'], _INVERSE: document['inverse'], _HIDE: document['hide'],
-            _FEATHERS: document['feathers'], _FEATHER_SHIFTS: document['feather_shifts'],
-        }
-        if setting[_MASK]:
-            setting[_KEYFRAMES] = [{_DURATION: long(keyframe['duration']), _KEY_POINTS: _points_in(keyframe['points'])}
-                                   for keyframe in document['keyframes']]
-            if 'centroid' in document:
-                setting[_CENTROID] = tuple(document['centroid'])
-        else:
-            setting[_POINTS] = _points_in(document['points'])
-        return setting
-    except (ValueError, KeyError, TypeError, outline.RecordError) as error:
+        return document.checked(text, _saved).setting
+    except Wrong as error:
         raise HostError('the selection cannot be read: %s' % error)
+
+
+# --- Checks of a selection ---------------------------------------------------------------------------------------------
+
+_UNSIGNED = number(0, 2 ** 32 - 1, whole=True)
+_SIGNED = number(-2 ** 31, 2 ** 31 - 1, whole=True)
+_TIME = number(-2 ** 63, 2 ** 63 - 1, whole=True)
+_COORDINATE = number(-_LARGEST, _LARGEST)
+_POINT = row(number(outline.ANCHOR, outline.CONTROL, whole=True), _COORDINATE, _COORDINATE, _UNSIGNED, _UNSIGNED, _UNSIGNED)
+_RECORDS = list_of(row(_TIME, _SIGNED, _SIGNED))
+
+
+def _chain(value, path):
+    """Points as they follow each other in an outline. Only a closed one has the two handles behind its last anchor; a
+    keyframe of an outline that was never closed lacks them, too."""
+    points = list_of(_POINT)(value, path)
+    if len(points) % 3 == 2:
+        raise Wrong(path, 'is no outline: it ends after one of two handles')
+    for i, point in enumerate(points):
+        if point[0] != (outline.CONTROL if i % 3 else outline.ANCHOR):
+            raise Wrong('%s[%d]' % (path, i), 'is out of place: an anchor and its two handles take turns')
+    return outline.pack([outline.Point(*point) for point in points])
+
+
+def _keyframes(value, path):
+    keyframes = list_of(lambda item, place: fields_of(item, place, {
+        'duration': (_TIME, REQUIRED), 'points': (_chain, REQUIRED)}))(value, path)
+    for i in range(1, len(keyframes)):
+        if keyframes[i]['duration'] <= keyframes[i - 1]['duration']:
+            raise Wrong('%s[%d].duration' % (path, i), 'has to be later than the one before')
+    return [{_DURATION: long(keyframe['duration']), _KEY_POINTS: keyframe['points']} for keyframe in keyframes]
+
+
+def _exactly(wanted):
+    def check(value, path):
+        if value != wanted:
+            raise Wrong(path, 'has to be %s' % json.dumps(wanted))
+        return value
+    return check
+
+
+def _saved(value):
+    document.require_format(value, 'a selection', FORMAT, VERSION)
+    known = {
+        'format': (string, REQUIRED), 'version': (number(), REQUIRED), 'time_unit': (_exactly(_TIME_UNIT), None),
+        'point_fields': (_exactly(_POINT_FIELDS), None), 'mask': (boolean, REQUIRED), 'inverse': (boolean, REQUIRED),
+        'hide': (boolean, REQUIRED), 'feathers': (_RECORDS, REQUIRED), 'feather_shifts': (_RECORDS, REQUIRED),
+        'grade': (grade_check, None), 'size': (pair(number(1, 2 ** 31 - 1, whole=True)), None),
+    }
+    if value.get('mask') is True:
+        known.update({'keyframes': (_keyframes, REQUIRED), 'centroid': (pair(_COORDINATE), None)})
+    else:
+        known.update({'points': (_chain, REQUIRED)})
+    fields = fields_of(value, '', known)
+    setting = {_MASK: fields['mask'], _INVERSE: fields['inverse'], _HIDE: fields['hide'], _FEATHERS: fields['feathers'],
+               _FEATHER_SHIFTS: fields['feather_shifts']}
+    if fields['mask']:
+        setting[_KEYFRAMES] = fields['keyframes']
+        if fields['centroid']:
+            setting[_CENTROID] = _PAIR.unpack(_PAIR.pack(*fields['centroid']))
+    else:
+        setting[_POINTS] = fields['points']
+    return Saved(setting, fields['grade'], fields['size'])
+
+
+def feathered_for(setting, scale):
+    """The device setting with feathers `scale` times as wide: for a clip of another size."""
+    changed = dict(setting)
+    changed[_FEATHERS] = [[time, int(round(pixels * scale)), passes] for time, pixels, passes in setting[_FEATHERS]]
+    return changed
 
 
 def with_keyframe_copied(setting, source, target):
@@ -79,13 +162,13 @@ def with_keyframe_copied(setting, source, target):
     return changed
 
 
-def _dump(document):
+def _dump(contents):
     """Readable JSON: a field a line, a point a line. The library can only do one value a line."""
-    return _render(document, 0) + '\n'
+    return _render(contents, 0) + '\n'
 
 
-_FIELD_ORDER = ('format', 'version', 'time_unit', 'point_fields', 'mask', 'inverse', 'hide', 'feathers', 'feather_shifts',
-                'centroid', 'duration', 'points', 'keyframes')
+_FIELD_ORDER = ('format', 'version', 'time_unit', 'point_fields', 'size', 'grade', 'exposure', 'saturation', 'mask', 'inverse',
+                'hide', 'feathers', 'feather_shifts', 'centroid', 'duration', 'points', 'keyframes')
 
 
 def _render(value, depth):

@@ -94,6 +94,10 @@ class GestureTest(ReplayTest):
     def test_delete_last_while_drawing(self):
         self.replay(DRAWN[0], {'do': 'delete-last'})
         self.assertEqual(len(self.anchors()), 3)
+        self.replay(DRAWN[0], *[{'do': 'delete-last'}] * 4)
+        self.assertEqual(self.anchors(), [])
+        self.replay(DRAWN[0], *[{'do': 'delete-last'}] * 4 + [{'do': 'undo'}])
+        self.assertEqual(self.anchors(), [(200, 100)])
 
     def test_moments(self):
         self.replay(*DRAWN + [
@@ -136,7 +140,11 @@ class MissTest(ReplayTest):
                 ("gestures[2] (seek): frame 50 lies beyond the clip's last frame 49", [{'do': 'seek', 'seconds': 99}]),
                 ('gestures[3] (remove-keyframe): frame 3 is not a keyframe',
                  [{'do': 'seek', 'frame': 3}, {'do': 'remove-keyframe'}]),
-                ('gestures[2] (redo): there is nothing to redo', [{'do': 'redo'}])]:
+                ('gestures[2] (redo): there is nothing to redo', [{'do': 'redo'}]),
+                ('gestures[2] (nudge): a nudge by (0, 0) display pixels moves nothing', [{'do': 'nudge', 'by': [0.2, -0.4]}]),
+                # The module stops an outline at the border of the picture.
+                ('gestures[3] (nudge): a nudge by (-5, 0) display pixels moves nothing',
+                 [{'do': 'nudge', 'by': [-1e9, 0]}, {'do': 'nudge', 'by': [-5, 0]}])]:
             self.assertMisses(message, *DRAWN + gestures)
 
     def test_an_outline_that_cannot_be_closed(self):
@@ -153,6 +161,56 @@ class MissTest(ReplayTest):
                           {'do': 'draw', 'points': [[200, 100], [300, 104], [250, 300]]}, {'do': 'close'},
                           {'do': 'drag', 'from': {'anchor': 1}, 'to': [208, 104]},
                           {'do': 'drag', 'from': {'anchor': 1}, 'to': [400, 300]})
+
+    def test_what_does_nothing_at_the_beginning(self):
+        """The feather of the edit is there from the start: it is nothing to take back."""
+        for kind, message in (('undo', 'there is nothing to undo'), ('redo', 'there is nothing to redo')):
+            self.assertMisses('gestures[0] (%s): %s' % (kind, message), {'do': kind})
+            self.assertMisses('gestures[2] (%s): %s' % (kind, message), {'do': 'seek', 'frame': 1},
+                              {'do': 'zoom', 'factor': 2}, {'do': kind})
+        self.assertMisses('gestures[0] (nudge): there is nothing to nudge', {'do': 'nudge', 'by': [5, 5]})
+        self.assertMisses('gestures[4] (undo): there is nothing to undo', {'do': 'draw', 'points': [[10, 10]]}, {'do': 'undo'},
+                          {'do': 'redo'}, {'do': 'undo'}, {'do': 'undo'})
+        self.assertMisses('gestures[3] (nudge): there is nothing to nudge', *DRAWN + [
+            {'do': 'delete'}, {'do': 'nudge', 'by': [5, 5]}])
+
+    def test_a_place_beyond_the_display_says_how_to_reach_it(self):
+        for place, x, y, advice in [
+                ([1, 1], 640, 360, ': zoom out first, with {"do": "zoom", "factor": 0.9} say'),
+                ([0, 1], 0, 360, ': zoom out first, with {"do": "zoom", "factor": 0.9} say'),
+                ([1.5, 0.5], 960, 180, ': zoom out first, with {"do": "zoom", "factor": 0.45} say'),
+                ([-2, 0.5], -1280, 180, ': zoom out first, with {"do": "zoom", "factor": 0.18} say'),
+                ([50, 0.5], 32000, 180, ', and is too far from the picture to be reached')]:
+            wrong = {'do': 'draw', 'points': [place]}
+            with self.assertRaises(EditError) as caught:
+                self.replay(wrong, coordinates='video')
+            self.assertEqual(str(caught.exception), "edit 'test.json': gestures[0] (draw): display pixel (%d, %d) lies outside "
+                                                    'of the display of 640x360%s' % (x, y, advice))
+            if 'factor' in advice:
+                factor = json.loads(advice[advice.index('{'):advice.index('}') + 1])
+                self.replay(factor, wrong, coordinates='video')
+
+    def test_the_advice_helps_with_an_anchor_that_was_zoomed_away(self):
+        near = {'do': 'zoom', 'factor': 8, 'center': [0.9, 0.9]}
+        for gesture in ({'do': 'pick', 'at': {'anchor': 0}}, {'do': 'close'}):
+            gestures = [DRAWN[0]] + ([] if gesture['do'] == 'close' else [DRAWN[1]])
+            with self.assertRaises(EditError) as caught:
+                self.replay(*gestures + [near, gesture])
+            message = str(caught.exception)
+            self.assertIn(': zoom out first, with {"do": "zoom", "factor": 0.9} say', message)
+            self.replay(*gestures + [near, {'do': 'zoom', 'factor': 0.9}, gesture])
+
+    def test_the_corners_of_the_picture_can_be_drawn(self):
+        self.replay({'do': 'zoom', 'factor': 0.9}, {'do': 'draw', 'points': [[0, 0], [1, 0], [1, 1], [0, 1]]}, {'do': 'close'},
+                    coordinates='video')
+        self.assertEqual([(p.x, p.y) for p in outline.anchors(self.preview.points())], [(0, 0), (1, 0), (1, 1), (0, 1)])
+
+    def test_nudges_of_any_size(self):
+        for by in ([1e9, 1e9], [-1e9, -1e9], [1e9, 0], [0, -40000]):
+            for coordinates in ('display', 'video'):
+                self.replay({'do': 'draw', 'points': [[0.2, 0.2], [0.4, 0.2], [0.4, 0.6]]} if coordinates == 'video' else DRAWN[0],
+                            {'do': 'nudge', 'by': by}, coordinates=coordinates)
+                self.assertTrue(all(0 <= x <= 640 and 0 <= y <= 360 for x, y in self.anchors()), by)
 
 
 if __name__ == '__main__':

@@ -7,6 +7,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import zlib
 
@@ -16,6 +17,8 @@ SOURCE = os.environ.get('ORVANEL_SOURCE_DIR', os.path.join(os.path.dirname(__fil
 DEFAULT_CLIP = os.path.join(SOURCE, 'build', 'clip', 'oa4_launch.webm')
 UNIT = hostkit.FrameClock.kUnitsPerSecond
 BT601 = 6
+# Seconds after which a process that should have begun to write counts as hung.
+_PATIENCE = 120
 
 
 def clock_of(frames, numerator=24, denominator=1):
@@ -84,14 +87,14 @@ def read_grey_png(path):
     return width, height, [row[1:] for row in rows]
 
 
-def _plain_environment():
+def plain_environment():
     """Without a sanitizer's preloaded library, which other people's programs were not built for."""
     return dict((key, value) for key, value in os.environ.items() if key not in ('LD_PRELOAD', 'LD_LIBRARY_PATH'))
 
 
 def have_ffprobe():
     try:
-        subprocess.check_output(['ffprobe', '-version'], env=_plain_environment())
+        subprocess.check_output(['ffprobe', '-version'], env=plain_environment())
         return True
     except (OSError, subprocess.CalledProcessError):
         return False
@@ -100,7 +103,7 @@ def have_ffprobe():
 def probe(path):
     """What ffprobe says about the video stream, with the frames counted by decoding."""
     out = subprocess.check_output(['ffprobe', '-v', 'error', '-count_frames', '-select_streams', 'v:0', '-show_streams',
-                                   '-of', 'json', path], env=_plain_environment())
+                                   '-of', 'json', path], env=plain_environment())
     return json.loads(out)['streams'][0]
 
 
@@ -114,6 +117,16 @@ class HostTest(unittest.TestCase):
     def path(self, *names):
         return os.path.join(self.folder, *names)
 
+    def contents(self):
+        """Everything in the test's folder: texts of files, targets of links, None for whatever else."""
+        found = {}
+        for folder, folders, names in os.walk(self.folder):
+            for name in folders + names:
+                path = os.path.join(folder, name)
+                found[os.path.relpath(path, self.folder)] = (
+                    os.readlink(path) if os.path.islink(path) else open(path, 'rb').read() if os.path.isfile(path) else None)
+        return found
+
     def write(self, name, text):
         with open(self.path(name), 'wb') as stream:
             stream.write(text)
@@ -126,8 +139,27 @@ class HostTest(unittest.TestCase):
         return subprocess.Popen([sys.executable, '-B', '-m', 'orvanel_host'] + list(arguments), cwd=self.folder,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
+    def start_shell(self, command):
+        """A command of the shell, in which "$0" is the interpreter."""
+        return subprocess.Popen(['sh', '-c', command, sys.executable], cwd=self.folder, stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE)
+
     def run_host(self, *arguments):
         """(exit code, standard output, standard error) of the main job."""
         process = self.start_host(*arguments)
         out, error = process.communicate()
         return process.returncode, out, error
+
+    def run_shell(self, command):
+        process = self.start_shell(command)
+        out, error = process.communicate()
+        return process.returncode, out, error
+
+    def wait_until_masks_appear(self):
+        for _ in range(_PATIENCE * 50):
+            for name in os.listdir(self.path('out')) if os.path.isdir(self.path('out')) else ():
+                masks = self.path('out', name, 'masks')
+                if name.startswith('.') and os.path.isdir(masks) and len(os.listdir(masks)) > 2:
+                    return
+            time.sleep(0.02)
+        self.fail('the job did not begin to render')
