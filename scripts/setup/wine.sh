@@ -23,6 +23,8 @@ export WINEPREFIX=$OUT WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,m
 "$SERVER" -w
 # Hidden windows work with a display and without one.
 "$WINE" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f </dev/null >/dev/null 2>&1
+# A program that crashes prints its stack and ends; it opens no window that nobody will close.
+"$WINE" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f </dev/null >/dev/null 2>&1
 "$SERVER" -w
 
 # Most of a prefix are copies of Wine's own libraries; links in their place save 700 MB a work tree.

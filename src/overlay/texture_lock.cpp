@@ -3,13 +3,15 @@
 
 #include <algorithm>
 #include <chrono>
-#include <thread>
+#include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
 #include "callback/interpreter_gate.h"
 #include "callback/main_thread.h"
 #include "callback/py_locks.h"
+#include "platform/thread_slot.h"
 
 namespace {
 
@@ -30,9 +32,15 @@ class HostHoldsOfThread {
         for (TextureLock *const lock : std::exchange(m_locks, {}))
             lock->endHostHolds();
     }
+    /// Throws std::bad_alloc.
     static HostHoldsOfThread &own() {
-        static thread_local HostHoldsOfThread holds;
-        return holds;
+        static const platform::ThreadSlot slot([](void *holds) { delete static_cast<HostHoldsOfThread *>(holds); });
+        if (void *const holds = slot.get())
+            return *static_cast<HostHoldsOfThread *>(holds);
+        auto made = std::make_unique<HostHoldsOfThread>();
+        if (!slot.set(made.get()))
+            throw std::bad_alloc();
+        return *made.release();
     }
     void add(TextureLock *lock) { m_locks.push_back(lock); }
     void remove(TextureLock *lock) { std::erase(m_locks, lock); }
