@@ -88,6 +88,8 @@ class PyCallback {
         object->destroyWith([](PyCallback *self) { delete static_cast<Object *>(self); });
     }
 
+    /// Destroy was asked for, and waits for the last use to end. Lock held.
+    bool isDoomed() const { return m_fields.doomed; }
     /// A use that no scope brackets. Lock held.
     void beginUse() const { ++m_fields.uses; }
     /// The object may be gone afterwards.

@@ -67,6 +67,9 @@ void Orvanel::raise(ECallBack_State state) {
 }
 
 void Orvanel::LockTexture() {
+    // New holds would keep an object that was deleted for as long as threads take turns.
+    if (isDoomed() && !m_textureLock.isOwned())
+        throw TextureLockRefused("the object has been deleted");
     beginUse();
     ++m_hostUses;
     try {

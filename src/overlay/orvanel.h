@@ -84,7 +84,8 @@ class Orvanel final : public Quill::MaskHandler, public PyCallbackWnd {
     loom::IAllocator *GetAllocator();
     void VideoTextureSyncerClosed();
     /// The host keeps everybody else away from the overlay. A hold counts as a use of the object, whoever deletes it,
-    /// and ends with its thread at the latest. Interpreter lock held.
+    /// and ends with its thread at the latest. Interpreter lock held. Throws TextureLockRefused, also when the object has
+    /// been deleted and the thread holds nothing of it.
     void LockTexture();
     /// Gives back one hold that LockTexture took on this thread; without one nothing happens. Interpreter lock held.
     void UnlockTexture();

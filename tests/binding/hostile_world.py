@@ -101,7 +101,7 @@ class World(object):
     def attempt(function, *arguments):
         try:
             return function(*arguments)
-        except (TypeError, ValueError):
+        except (TypeError, ValueError, RuntimeError):
             return None
 
     # --- meddling ---

@@ -26,7 +26,8 @@ class Holder(object):
     def __init__(self, editor):
         self.locked, self.go = threading.Event(), threading.Event()
         def hold():
-            o.Orvanel_LockTexture(editor)
+            try: o.Orvanel_LockTexture(editor)
+            except (ValueError, RuntimeError): return # it was deleted before
             self.locked.set()
             self.go.wait(100)
             o.Orvanel_UnlockTexture(editor)
@@ -98,6 +99,22 @@ assert gone.wait(60) and is_refused(editor)
 print 'done'
 """)
 
+    def test_gives_no_other_thread_a_hold(self):
+        self.survives(_LOCKING + """
+editor, gone = watched()
+o.Orvanel_LockTexture(editor)
+o.delete_Orvanel(editor)
+refused = []
+def lock():
+    try: o.Orvanel_LockTexture(editor)
+    except RuntimeError as error: refused.append(str(error))
+assert ends(on_a_thread(lock)) and refused == ['the object has been deleted'], refused
+o.Orvanel_LockTexture(editor) # whoever has one may nest
+o.Orvanel_UnlockTexture(editor); o.Orvanel_UnlockTexture(editor)
+assert gone.is_set() and is_refused(editor)
+print 'done'
+""")
+
     def test_waiters_get_on(self):
         self.survives(_LOCKING + """
 for attempt in range(10):
@@ -145,7 +162,7 @@ for attempt in range(30):
                 o.Orvanel_LockTexture(editor)
                 o.Orvanel_IsDirty(editor)
                 o.Orvanel_UnlockTexture(editor)
-        except ValueError: pass # it has gone
+        except (ValueError, RuntimeError): pass # it has gone, or is about to
     threads = [on_a_thread(lock) for number in range(3)]
     time.sleep(0.002 * (attempt % 5))
     o.delete_Orvanel(editor)
