@@ -92,6 +92,9 @@ TEST(ChainWithoutMemory, ClosesAllOrNothing) {
 TEST(ChainWithoutMemory, InsertsAllOrNothing) {
     for (const bool closed : {false, true})
         expectAllOrNothing(closed, [](const Chain &chain) { insertPoint(chain, {kAnchorPoint, 30, 40, 0, 0, 0}, 4); });
+    const std::vector<Insertion> several(3, {{kAnchorPoint, 30, 40, 0, 0, 0}, 4});
+    for (const bool closed : {false, true})
+        expectAllOrNothing(closed, [&](const Chain &chain) { insertPoints(chain, several); });
 }
 
 TEST(ChainWithoutMemory, RemovesAllOrNothing) {

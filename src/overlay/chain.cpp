@@ -2,7 +2,9 @@
 #include "overlay/chain.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "overlay/segment_controls.h"
 #include "overlay/types/placement.h"
 
 std::int32_t wrappingSum(std::int32_t a, std::int32_t b) {

@@ -14,7 +14,7 @@
 
 #include <cstdint>
 #include <optional>
-#include <utility>
+#include <span>
 #include <vector>
 
 #include "overlay/types/outline_points.h"
@@ -53,9 +53,6 @@ std::optional<std::size_t> anchorAtOrAfter(const std::vector<MPoint> &points, st
 /// The lowest-numbered anchor within the hit tolerance of (x, y).
 std::optional<std::size_t> hitTestAnchor(const std::vector<MPoint> &points, std::int32_t x, std::int32_t y);
 
-/// The control points of a straight segment, at one quarter and three quarters of the way.
-std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to);
-
 // Whatever grows a chain throws std::bad_alloc before it has changed anything: both vectors get room first, so that
 // they stay equally long.
 
@@ -71,6 +68,14 @@ void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y);
 void closeChain(const Chain &chain);
 /// Inserts a point on the segment that holds chain position `index`. False in a chain without anchors.
 bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index);
+/// A point for the segment that holds chain position `index`, counted when those before it are in place.
+struct Insertion {
+    MPoint point;
+    std::size_t index;
+};
+/// The same as insertPoint for one after the other, in one step: all of them or, without memory, none. Takes time
+/// proportional to the chain, as long as the indices ascend.
+void insertPoints(const Chain &chain, std::span<const Insertion> insertions);
 /// Removes the selected anchors with their control points; segments that arise are straight, the closing one included.
 void removeAnchors(const Chain &chain, const std::vector<unsigned int> &selected);
 /// Puts the anchors, given by number, into that order; each number comes once. Segments that stay keep their control

@@ -6,26 +6,10 @@
 #include <tuple>
 
 #include "overlay/chain.h"
+#include "overlay/segment_controls.h"
 #include "overlay/types/placement.h"
 
 namespace {
-
-/// How far the handles of a point inserted on a bent segment reach, as a fraction of the neighbouring anchors'
-/// distance: the tangent through the new point is parallel to the segment's chord, and the curve stays smooth.
-constexpr double kSmoothing = 0.15;
-
-/// from + trunc(factor x (b - a)) on one axis.
-std::int32_t advance(std::int32_t from, double factor, std::int32_t a, std::int32_t b) {
-    const double difference = static_cast<double>(b) - static_cast<double>(a);
-    return wrappingSum(from, truncateToInt32(factor * difference));
-}
-
-MPoint controlAt(const MPoint &from, double factor, const MPoint &a, const MPoint &b) {
-    return {kControlPoint, advance(from.x, factor, a.x, b.x), advance(from.y, factor, a.y, b.y), 0, 0, 0};
-}
-
-/// A point inserted on a segment, between the two control points on either side.
-using InsertedRun = std::array<MPoint, 5>;
 
 /// There is room.
 void insertRun(const Chain &chain, std::size_t position, const InsertedRun &run) {
@@ -115,10 +99,6 @@ bool isClosed(const Chain &chain) {
     return !chain.points.empty() && isControl(chain.points.back());
 }
 
-std::pair<MPoint, MPoint> straightControls(const MPoint &from, const MPoint &to) {
-    return {controlAt(from, 0.25, from, to), controlAt(from, 0.75, from, to)};
-}
-
 void appendAnchor(const Chain &chain, std::int32_t x, std::int32_t y) {
     makeRoom(chain, kMostPointsAdded);
     const MPoint anchor = {kAnchorPoint, x, y, 0, 0, 0};
@@ -163,25 +143,11 @@ bool insertPoint(const Chain &chain, const MPoint &point, std::size_t index) {
     const std::size_t begin = *found;
     erase(chain, begin + 1, std::min<std::size_t>(2, controlsAfter(chain.points, begin)));
     const std::size_t end = wrappedIndex(begin, 1, chain.size());
-
-    MPoint inserted = {point.type, point.x, point.y, point.curveIn, point.curveOut, 0};
-    const MPoint from = chain.points[begin];
-    const MPoint to = chain.points[end];
-    InsertedRun run;
-    if (from.curveOut == 0) {
-        const auto [fromQuarter, fromThreeQuarters] = straightControls(from, inserted);
-        const auto [toQuarter, toThreeQuarters] = straightControls(inserted, to);
-        run = {fromQuarter, fromThreeQuarters, inserted, toQuarter, toThreeQuarters};
-    } else {
-        const MPoint before =
-            chain.points[anchorAtOrBefore(chain.points, wrappedIndex(begin, -1, chain.size())).value_or(begin)];
-        const MPoint after =
-            chain.points[anchorAtOrAfter(chain.points, wrappedIndex(end, 1, chain.size())).value_or(end)];
-        inserted.curveIn = inserted.curveOut = 1;
-        run = {controlAt(from, kSmoothing, before, inserted), controlAt(inserted, -kSmoothing, from, to), inserted,
-               controlAt(inserted, kSmoothing, from, to), controlAt(to, kSmoothing, after, inserted)};
-    }
-    insertRun(chain, begin + 1, run);
+    const std::size_t before = *anchorAtOrBefore(chain.points, wrappedIndex(begin, -1, chain.size()));
+    const std::size_t after = *anchorAtOrAfter(chain.points, wrappedIndex(end, 1, chain.size()));
+    const SegmentNeighbours segment = {chain.points[before], chain.points[begin], chain.points[end],
+                                       chain.points[after]};
+    insertRun(chain, begin + 1, insertedRun(point, segment));
     return true;
 }
 

@@ -5,6 +5,8 @@
 
 #include <limits>
 
+#include "overlay/segment_controls.h"
+
 namespace {
 
 /// A chain in a 100 x 100 video rectangle at the surface's origin.

@@ -124,6 +124,7 @@ MPoint Orvanel::displayPoint(const fitting::Pixel &pixel, int width, int height)
 }
 
 void Orvanel::fillGaps(fitting::Target &target, const std::vector<fitting::Place> &anchors, int width, int height) {
+    std::vector<Insertion> insertions;
     // Chain position of the anchor that a pair begins with; the first pair is the closing one.
     std::ptrdiff_t position = -3;
     for (std::size_t number = 0; number < anchors.size(); ++number, position += 3) {
@@ -134,12 +135,13 @@ void Orvanel::fillGaps(fitting::Target &target, const std::vector<fitting::Place
             continue;
         const MPoint point = displayPoint(target.fillGap(previous, current), width, height);
         if (isClosing) {
-            insertPoint(liveChain(), point, m_pointsF.size() - 2);
+            insertions.push_back({point, m_pointsF.size() - 2});
         } else {
-            insertPoint(liveChain(), point, static_cast<std::size_t>(position) + 1);
+            insertions.push_back({point, static_cast<std::size_t>(position) + 1});
             position += 3;
         }
     }
+    insertPoints(liveChain(), insertions);
 }
 
 void Orvanel::addExtremes(const fitting::ExtremeTable &extremes, int width, int height) {
