@@ -15,7 +15,8 @@
 #include "support/diag_log.h"
 #include "texture/py_map_wrapper.h"
 
-Orvanel::Orvanel() : m_frameSource(std::make_unique<FrameSource>(*this)) {
+Orvanel::Orvanel() {
+    m_frameSource = std::make_unique<FrameSource>(*this);
     DiagLogOpen("Orvanel");
     OverlayCanvas *canvas = nullptr;
     // Without the component the object lives on: what needs it answers E_FAIL.
