@@ -38,6 +38,20 @@ class PyMapWrapperThreads : public RefreshFixture {
         return other;
     }
 
+    /// Two threads do the same during a refresh that is held.
+    void expectBothToWaitForTheRefresh(const std::function<void()> &act) {
+        auto refresh = refreshInBackground();
+        held.waitForArrival();
+        auto first = inBackground(act);
+        auto second = inBackground(act);
+        EXPECT_TRUE(isStillRunning(first));
+        EXPECT_TRUE(isStillRunning(second));
+        held.release();
+        first.get();
+        second.get();
+        refresh.get();
+    }
+
     Rendezvous held; ///< where the refresh is held
 };
 
@@ -58,30 +72,12 @@ TEST_F(PyMapWrapperThreads, ClosingTheSyncerWaitsForTheRefreshThatUsesIt) {
 
 TEST_F(PyMapWrapperThreads, WhoeverClosesTheSyncerWaitsAlsoWhenAnotherWasFirst) {
     syncer.onTime = [this] { held.arriveAndWait(); };
-    auto refresh = refreshInBackground();
-    held.waitForArrival();
-    auto first = inBackground([this] { map->SetSyncer(nullptr); });
-    auto second = inBackground([this] { map->SetSyncer(nullptr); });
-    EXPECT_TRUE(isStillRunning(first));
-    EXPECT_TRUE(isStillRunning(second));
-    held.release();
-    first.get();
-    second.get();
-    refresh.get();
+    expectBothToWaitForTheRefresh([this] { map->SetSyncer(nullptr); });
 }
 
 TEST_F(PyMapWrapperThreads, WhoeverTakesTheOwnerAwayWaitsAlsoWhenAnotherWasFirst) {
     owner.onPrepare = [this] { held.arriveAndWait(); };
-    auto refresh = refreshInBackground();
-    held.waitForArrival();
-    auto first = inBackground([this] { map->SetOwner(nullptr); });
-    auto second = inBackground([this] { map->SetOwner(nullptr); });
-    EXPECT_TRUE(isStillRunning(first));
-    EXPECT_TRUE(isStillRunning(second));
-    held.release();
-    first.get();
-    second.get();
-    refresh.get();
+    expectBothToWaitForTheRefresh([this] { map->SetOwner(nullptr); });
 }
 
 TEST_F(PyMapWrapperThreads, SettingWhatIsSetDoesNotWaitForARefreshThatUsesJustThat) {
