@@ -94,7 +94,7 @@ void Orvanel::UnlockTextureOfThread() {
 }
 
 bool Orvanel::IsHeldByHost() {
-    endHostUses(m_textureLock.takeAbandoned());
+    endHostUses(m_textureLock.abandonedHolds()->take());
     return m_hostUses > 0;
 }
 

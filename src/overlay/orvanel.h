@@ -202,6 +202,7 @@ class Orvanel final : public Quill::MaskHandler, public PyCallbackWnd, private O
     void stopWorker();
     void wakeWorker();
     void endHostUses(int count);
+    void waitForAbandonedHolds();
     platform::ComPointer<PyMapWrapper> exchangeTextureMap(platform::ComPointer<PyMapWrapper> map);
     platform::ComPointer<PyMapWrapper> currentTextureMap() const;
     void releaseTextureMap();

@@ -109,10 +109,12 @@ void TextureLock::forgetHostHolds() {
 /// On the thread that ends, which runs none of the object's code any more.
 void TextureLock::endHostHolds() {
     const int holds = m_hostHolds.exchange(0);
-    if (holds > 0)
-        m_lock.abandon();
-    // Last: whoever is told may destroy the object.
-    m_abandoned += holds;
+    if (holds == 0)
+        return;
+    // Whoever is told may destroy the object.
+    const std::shared_ptr<AbandonedHolds> abandoned = m_abandoned;
+    m_lock.abandon();
+    abandoned->add(holds);
 }
 
 TextureLock::Holds TextureLock::releaseAll() {

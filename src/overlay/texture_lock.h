@@ -13,8 +13,10 @@
 #include <atomic>
 #include <cassert>
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 
+#include "overlay/abandoned_holds.h"
 #include "platform/fork.h"
 #include "platform/reentrant_lock.h"
 
@@ -51,8 +53,8 @@ class TextureLock {
     void lockForHost();
     /// Gives one of them back; false when the calling thread has none.
     bool unlockForHost();
-    /// How many holds of the host's ended with their threads since the last question.
-    int takeAbandoned() { return m_abandoned.exchange(0); }
+    /// Holds of the host's that ended with their threads.
+    const std::shared_ptr<AbandonedHolds> &abandonedHolds() const { return m_abandoned; }
 
     struct Holds {
         int all = 0;
@@ -74,7 +76,7 @@ class TextureLock {
     platform::ReentrantLock m_lock;
     std::atomic<int> m_hostHolds{0};                        ///< written by the owner
     std::atomic<unsigned> m_takenIn{platform::forkCount()}; ///< where it was taken last
-    std::atomic<int> m_abandoned{0};
+    const std::shared_ptr<AbandonedHolds> m_abandoned = std::make_shared<AbandonedHolds>();
 };
 
 /// Takes the texture lock for one operation of the object's own.

@@ -58,13 +58,13 @@ TEST(TextureLock, HoldsOfTheHostEndWithTheirThread) {
         lock.lockForHost();
     }).join();
     EXPECT_TRUE(isFree(lock));
-    EXPECT_EQ(lock.takeAbandoned(), 2);
-    EXPECT_EQ(lock.takeAbandoned(), 0);
+    EXPECT_EQ(lock.abandonedHolds()->take(), 2);
+    EXPECT_EQ(lock.abandonedHolds()->take(), 0);
     std::thread([&] {
         lock.lockForHost();
         lock.unlockForHost();
     }).join();
-    EXPECT_EQ(lock.takeAbandoned(), 0);
+    EXPECT_EQ(lock.abandonedHolds()->take(), 0);
 }
 
 TEST(TextureLock, GivesUpAllAndTakesItBack) {

@@ -146,6 +146,47 @@ print 'done'
 """)
 
     @_child_threads
+    def test_of_a_process_that_deleted_what_a_thread_holds(self):
+        self.survives(_FORKING + """
+def leaving(editor):
+    locked, go = threading.Event(), threading.Event()
+    def leave(): o.Orvanel_LockTexture(editor); locked.set(); go.wait(100)
+    thread = on_a_thread(leave)
+    assert locked.wait(60)
+    return thread, go
+class Callable(object):
+    def __init__(self, gone): self.gone = gone
+    def __call__(self, code): pass
+    def __del__(self): self.gone.set()
+def watched():
+    editor, gone = closed(), threading.Event()
+    o.Orvanel_SetCallbackFunc(editor, Callable(gone))
+    return editor, gone
+def goes():
+    editor, gone = watched()
+    thread, go = leaving(editor)
+    o.delete_Orvanel(editor)
+    go.set()
+    assert ends(thread) and gone.wait(60)
+before = closed()
+editor, gone = watched()
+thread, go = leaving(editor)
+o.delete_Orvanel(editor)
+def leave_what_was_before(): # it stays, and the thread ends all the same
+    thread, go = leaving(before)
+    o.delete_Orvanel(before)
+    go.set()
+    assert ends(thread)
+for leave in (os._exit, sys.exit):
+    assert in_child(goes, leave)
+    assert in_child(leave_what_was_before, leave)
+go.set()
+assert ends(thread) and gone.wait(60)
+goes()
+print 'done'
+""")
+
+    @_child_threads
     def test_at_any_moment(self):
         self.survives(_FORKING + """
 editor = closed()

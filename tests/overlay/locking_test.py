@@ -200,9 +200,164 @@ waiting = on_a_thread(lambda: o.Orvanel_ReDraw(editor))
 o.delete_Orvanel(editor) # the hold keeps it
 go.set()
 assert ends(leaving) and ends(waiting)
-o.delete_Orvanel(editor)
-assert gone.is_set()
+assert gone.wait(60)
 print 'done'
+""")
+
+
+class DeletedAndAbandoned(GuardedCase):
+    """The object goes with its last hold although nobody calls it any more."""
+
+    _LEAVING = _LOCKING + """
+def leaving(editor, holds=1):
+    locked, go = threading.Event(), threading.Event()
+    def leave():
+        for number in range(holds): o.Orvanel_LockTexture(editor)
+        locked.set()
+        go.wait(100)
+    thread = on_a_thread(leave)
+    assert locked.wait(60)
+    return thread, go
+"""
+
+    def test_goes(self):
+        self.survives(self._LEAVING + """
+def uninitialised(editor): o.Orvanel_Uninitialize(editor)
+def deleted_twice(editor): o.delete_Orvanel(editor)
+for holds in (1, 3):
+    for before, after in ((None, None), (uninitialised, None), (None, deleted_twice)):
+        editor, gone = watched()
+        if before: before(editor)
+        thread, go = leaving(editor, holds)
+        o.delete_Orvanel(editor)
+        if after: after(editor)
+        assert not gone.is_set()
+        go.set()
+        assert ends(thread) and gone.wait(60) and is_refused(editor)
+print 'done'
+""")
+
+    def test_by_a_thread_that_has_just_ended(self):
+        self.survives(self._LEAVING + """
+for attempt in range(100):
+    editor, gone = watched()
+    thread, go = leaving(editor)
+    go.set()
+    time.sleep(0.0002 * (attempt % 7))
+    o.delete_Orvanel(editor)
+    assert gone.wait(60) and is_refused(editor) and ends(thread)
+print 'done'
+""")
+
+    def test_with_the_last_of_several_holders(self):
+        self.survives(self._LEAVING + """
+for unlocks_last in (False, True):
+    editor, gone = watched()
+    thread, go = leaving(editor)
+    waiting = Holder(editor)
+    o.delete_Orvanel(editor)
+    go.set()
+    assert ends(thread) and waiting.locked.wait(60)
+    assert not gone.is_set()
+    assert waiting.unlock() and gone.wait(60)
+print 'done'
+""")
+
+    def test_with_the_last_reference(self):
+        self.survives(self._LEAVING + """
+editor, gone = watched()
+locked, go = threading.Event(), threading.Event()
+def leave(editors):
+    editor = editors.pop()
+    o.Orvanel_LockTexture(editor)
+    del editor
+    locked.set()
+    go.wait(100)
+editors = [o.new_Orvanel()]
+class Callable(object):
+    def __call__(self, code): pass
+    def __del__(self): gone.set()
+gone = threading.Event()
+o.Orvanel_SetCallbackFunc(editors[0], Callable())
+kept = editors[0]
+thread = on_a_thread(lambda: leave(editors))
+assert locked.wait(60)
+del kept
+assert not gone.is_set()
+go.set()
+assert ends(thread) and gone.wait(60)
+print 'done'
+""")
+
+    def test_keeps_nobody_waiting(self):
+        # The worker's last event, which the destruction waits for, wants what the main thread has all the while.
+        self.survives(self._LEAVING + """
+other, mine = closed(), threading.Lock()
+editor = closed()
+arrived, gone = threading.Event(), threading.Event()
+class Callable(object):
+    def __call__(self, code):
+        if threading.current_thread() is main: return
+        arrived.set()
+        o.Orvanel_ReDraw(other)
+        with mine: pass
+    def __del__(self): gone.set()
+main = threading.current_thread()
+o.Orvanel_SetCallbackFunc(editor, Callable())
+o.Orvanel_LockTexture(other)
+with mine:
+    thread, go = leaving(editor)
+    o.delete_Orvanel(editor)
+    go.set()
+    assert ends(thread) and arrived.wait(60)
+    for entry in range(1000): o.Orvanel_ReDraw(other)
+    assert not gone.is_set()
+    o.Orvanel_UnlockTexture(other)
+assert gone.wait(60)
+print 'done'
+""")
+
+    def test_leaves_no_thread_behind(self):
+        self.survives(self._LEAVING + """
+def threads(): return len(os.listdir('/proc/self/task'))
+if not os.path.isdir('/proc/self/task'): print 'done'; sys.exit()
+editor, gone = watched(); o.delete_Orvanel(editor)
+before = threads()
+for way in range(10):
+    editor, gone = watched()
+    if way % 2:
+        thread, go = leaving(editor)
+        o.delete_Orvanel(editor)
+        go.set()
+        assert ends(thread)
+    else:
+        o.Orvanel_LockTexture(editor)
+        o.delete_Orvanel(editor)
+        o.Orvanel_UnlockTexture(editor)
+    assert gone.wait(60)
+limit = time.time() + 60
+while threads() > before and time.time() < limit: time.sleep(0.01)
+assert threads() <= before
+print 'done'
+""")
+
+    def test_when_the_interpreter_ends(self):
+        self.survives(self._LEAVING + """
+go = thread.allocate_lock()
+go.acquire()
+def leave(editor, locked, Lock=o.Orvanel_LockTexture, go=go):
+    Lock(editor)
+    locked.release()
+    go.acquire()
+    go.release()
+for attempt in range(3):
+    editor, locked = closed(), thread.allocate_lock()
+    locked.acquire()
+    thread.start_new_thread(leave, (editor, locked))
+    locked.acquire()
+    o.delete_Orvanel(editor)
+print 'done'
+go.release()
 """)
 
 
