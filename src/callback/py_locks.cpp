@@ -26,7 +26,8 @@ PyGILGuard::~PyGILGuard() {
         leaveInterpreter();
 }
 
-PyAllowThreads::PyAllowThreads() : m_saved(holdsInterpreterLock() ? PyEval_SaveThread() : nullptr) {}
+PyAllowThreads::PyAllowThreads(bool worthIt)
+    : m_saved(worthIt && holdsInterpreterLock() ? PyEval_SaveThread() : nullptr) {}
 
 PyAllowThreads::~PyAllowThreads() {
     if (m_saved)

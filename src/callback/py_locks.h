@@ -25,10 +25,11 @@ class PyGILGuard {
     int m_state = 0; ///< the PyGILState_STATE that PyGILState_Ensure returned
 };
 
-/// Releases the interpreter lock for a scope if, and only if, the calling thread holds it.
+/// Releases the interpreter lock for a scope if, and only if, the calling thread holds it and it is worth it: a thread
+/// that lets go may wait for a whole turn of another one.
 class PyAllowThreads {
   public:
-    PyAllowThreads();
+    explicit PyAllowThreads(bool worthIt = true);
     ~PyAllowThreads();
     PyAllowThreads(const PyAllowThreads &) = delete;
     PyAllowThreads &operator=(const PyAllowThreads &) = delete;

@@ -26,6 +26,11 @@ TEST_F(PyLocksTest, AllowThreadsReleasesAndTakesTheLock) {
     EXPECT_TRUE(holdsInterpreterLock());
 }
 
+TEST_F(PyLocksTest, AllowThreadsThatIsNotWorthItDoesNothing) {
+    const PyAllowThreads allowThreads(false);
+    EXPECT_TRUE(holdsInterpreterLock());
+}
+
 TEST_F(PyLocksTest, AllowThreadsInsideItselfDoesNothing) {
     const PyAllowThreads outer;
     {

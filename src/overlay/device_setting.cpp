@@ -2,7 +2,6 @@
 // Saving and restoring the whole selection: between the object and what saved_setting.h reads and builds.
 
 #include <cstring>
-#include <optional>
 
 #include "callback/py_locks.h"
 #include "callback/python.h"
@@ -12,6 +11,7 @@
 #include "overlay/saved_setting.h"
 #include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
+#include "overlay/worth_letting_go.h"
 
 namespace {
 
@@ -41,6 +41,9 @@ class PointStrings {
   public:
     /// New reference, or null with an error pending. `points` must stay until fill().
     PyObject *add(const std::vector<MPointF> &points) {
+        // Fresh memory takes its time too: the other threads get their turn before there is too much of it.
+        if (m_bytes >= kBytesBetweenTurns)
+            fill();
         const std::size_t bytes = points.size() * sizeof(MPointF);
         PyRef string = PyRef::adopt(PyString_FromStringAndSize(nullptr, static_cast<Py_ssize_t>(bytes)));
         if (string && bytes > 0) {
@@ -49,12 +52,12 @@ class PointStrings {
         }
         return string.release();
     }
-    void fill() const {
-        std::optional<PyAllowThreads> allowThreads;
-        if (m_bytes >= kBytesWorthLettingGo)
-            allowThreads.emplace();
+    void fill() {
+        const PyAllowThreads allowThreads(m_bytes >= kBytesWorthLettingGo);
         for (const Copy &copy : m_copies)
             std::memcpy(copy.to, copy.from, copy.bytes);
+        m_copies.clear();
+        m_bytes = 0;
     }
 
   private:
@@ -127,9 +130,7 @@ void Orvanel::SetDevSetting(PyObject *setting) {
     if (!setting || !PyDict_Check(setting))
         return;
     SavedSetting saved = readSetting(setting);
-    std::optional<PyAllowThreads> allowThreads;
-    if (saved.bytes() >= kBytesWorthLettingGo)
-        allowThreads.emplace();
+    const PyAllowThreads allowThreads(saved.bytes() >= kBytesWorthLettingGo);
     PixelRect placement;
     {
         const TextureLockGuard lock(m_textureLock);
@@ -139,30 +140,33 @@ void Orvanel::SetDevSetting(PyObject *setting) {
     std::vector<MPointF> outline = saved.outline.take();
     std::vector<MPoint> outlinePoints = placed(outline, placement);
 
-    // Before the lock, so that what it held until now is freed after it.
     std::vector<KeyFrame> before;
-    const TextureLockGuard lock(m_textureLock);
-    if (placement != m_videoRect) {
-        // Another thread gave the picture another place meanwhile.
-        outlinePoints = placed(outline, m_videoRect);
-        for (const KeyFrame &keyFrame : keyFrames) {
-            keyFrame.record->placement = m_videoRect;
-            keyFrame.record->points = placed(keyFrame.record->pointsF, m_videoRect);
+    {
+        const TextureLockGuard lock(m_textureLock);
+        if (placement != m_videoRect) {
+            // Another thread gave the picture another place meanwhile.
+            outlinePoints = placed(outline, m_videoRect);
+            for (const KeyFrame &keyFrame : keyFrames) {
+                keyFrame.record->placement = m_videoRect;
+                keyFrame.record->points = placed(keyFrame.record->pointsF, m_videoRect);
+            }
         }
+        before.swap(m_keyFrames);
+        ClearPointsAndKeyFrame();
+        m_isMask = saved.isMask;
+        m_inverse = saved.inverse;
+        m_hide = saved.hide;
+        if (saved.feathers)
+            m_feathers.swap(*saved.feathers);
+        if (saved.featherShifts)
+            m_featherShifts.swap(*saved.featherShifts);
+        m_keyFrames.swap(keyFrames);
+        m_points.swap(outlinePoints);
+        m_pointsF.swap(outline);
+        markEdited();
     }
-    before.swap(m_keyFrames);
-    ClearPointsAndKeyFrame();
-    m_isMask = saved.isMask;
-    m_inverse = saved.inverse;
-    m_hide = saved.hide;
-    if (saved.feathers)
-        m_feathers.swap(*saved.feathers);
-    if (saved.featherShifts)
-        m_featherShifts.swap(*saved.featherShifts);
-    m_keyFrames.swap(keyFrames);
-    m_points.swap(outlinePoints);
-    m_pointsF.swap(outline);
-    markEdited();
+    // Nobody waits for the lock while it is freed.
+    truncate(before, 0);
 }
 
 void Orvanel::SetDevSettingPoints(PyObject *list, std::vector<MPointF> &points) {

@@ -3,14 +3,27 @@
 
 #include <algorithm>
 
+#include "callback/py_locks.h"
 #include "callback/python.h"
 #include "overlay/orvanel.h"
 #include "overlay/python_list.h"
 #include "overlay/texture_lock.h"
 #include "overlay/types/placement.h"
+#include "overlay/worth_letting_go.h"
+#include "platform/block_copy.h"
 #include "support/diag_log.h"
 
 namespace {
+
+/// A point of a record, in pixels and in fractions.
+constexpr std::size_t kPointBytes = sizeof(MPoint) + sizeof(MPointF);
+
+/// One of several copies, so many bytes altogether. There is room for it.
+template <typename Point>
+void copyPoints(std::vector<Point> &to, const std::vector<Point> &from, std::size_t altogether) {
+    to.resize(from.size());
+    platform::copyBlock(to.data(), from.data(), from.size() * sizeof(Point), altogether);
+}
 
 std::int64_t wrappingSum64(std::int64_t a, std::int64_t b) {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
@@ -23,21 +36,43 @@ void Orvanel::resetMask(Quill::KeyFrameMaskInfo &record) {
     record.maskWidth = record.maskHeight = 0;
 }
 
-void Orvanel::fillFromOutline(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const {
+void Orvanel::stampRecord(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const {
     // Room before anything changes: a record whose two vectors differ in length would be edited past its end.
     record.points.reserve(m_points.size());
     record.pointsF.reserve(m_pointsF.size());
     if (duration >= 0)
         record.duration = duration;
     DiagLogPrint("Orvanel::UpdateKeyFrameInCurrent duration=%lld", static_cast<long long>(record.duration));
-    record.points = m_points;
-    record.pointsF = m_pointsF;
     record.placement = m_videoRect;
     record.maskWidth = static_cast<std::uint16_t>(m_displayWidth);
     record.maskHeight = static_cast<std::uint16_t>(m_displayHeight);
+}
+
+void Orvanel::fillFromOutline(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const {
+    stampRecord(record, duration);
+    record.points = m_points;
+    record.pointsF = m_pointsF;
     for (MPoint &point : record.points) {
         if (isControl(point) && point.handleShown == 1)
             point.handleShown = 0;
+    }
+}
+
+/// The others become copies of the first, twice as fast as if each were filled. Where that is much, other threads get
+/// on meanwhile: what they see without the lock has to change before or afterwards.
+void Orvanel::fillAllFromOutline() {
+    const std::size_t bytes = m_keyFrames.size() * m_points.size() * kPointBytes;
+    const PyAllowThreads allowThreads(bytes >= kBytesWorthLettingGo);
+    const Quill::KeyFrameMaskInfo &first = *m_keyFrames.front().record;
+    for (const KeyFrame &keyFrame : m_keyFrames) {
+        Quill::KeyFrameMaskInfo &record = *keyFrame.record;
+        if (&record == &first) {
+            fillFromOutline(record, -1);
+            continue;
+        }
+        stampRecord(record, -1);
+        copyPoints(record.points, first.points, bytes);
+        copyPoints(record.pointsF, first.pointsF, bytes);
     }
 }
 
@@ -107,9 +142,9 @@ int Orvanel::RemoveTrialingKeyFrames(LONGLONG duration) {
         // A position before the first keyframe keeps the whole list: hosts clear a track by other means.
         if (first == m_keyFrames.end() || duration < m_keyFrames.front().duration)
             return 0;
-        m_keyFrames.erase(first, m_keyFrames.end());
-        if (!m_keyFrames.empty()) {
+        if (first != m_keyFrames.begin()) {
             markEdited();
+            truncate(m_keyFrames, static_cast<std::size_t>(first - m_keyFrames.begin()));
             return 0;
         }
         ClearPointsAndKeyFrame();
@@ -152,8 +187,18 @@ PyObject *Orvanel::GetKeyFrameDurationList() const {
 
 int Orvanel::DestroyAllKeyFrameMaskInfo() {
     const TextureLockGuard lock(m_textureLock);
-    m_keyFrames.clear();
+    truncate(m_keyFrames, 0);
     return 0;
+}
+
+/// Others get on while much is freed.
+void Orvanel::truncate(std::vector<KeyFrame> &keyFrames, std::size_t count) {
+    const auto end = keyFrames.begin() + static_cast<std::ptrdiff_t>(count);
+    std::size_t points = 0;
+    for (auto keyFrame = end; keyFrame != keyFrames.end(); ++keyFrame)
+        points += keyFrame->record->points.size();
+    const PyAllowThreads allowThreads(points * kPointBytes >= kBytesWorthLettingGo);
+    keyFrames.erase(end, keyFrames.end());
 }
 
 void Orvanel::ClearPointsAndKeyFrame() {
@@ -165,6 +210,7 @@ void Orvanel::ClearPointsAndKeyFrame() {
     m_maskData.clear();
     forgetSelectionAndHover();
     m_geometryChanged = true;
-    DestroyAllKeyFrameMaskInfo();
+    // Last, since it may let others see what does not need the lock.
     markEdited();
+    DestroyAllKeyFrameMaskInfo();
 }

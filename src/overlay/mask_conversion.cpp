@@ -35,18 +35,17 @@ HRESULT Orvanel::Convert2Mask(bool refreshAll) {
         DiagLogPrint(kTooShortText);
         return E_FAIL;
     }
-    m_isMask = true;
     DiagLogPrint("[Convert2Mask] MaskDataLen=%d(short), BufferSize=(%d,%d)", static_cast<int>(m_maskData.size()),
                  static_cast<int>(m_displayWidth), static_cast<int>(m_displayHeight));
-    m_geometryChanged = true;
     HRESULT result = S_OK;
     if (refreshAll && !m_keyFrames.empty()) {
-        for (const KeyFrame &keyFrame : m_keyFrames)
-            fillFromOutline(*keyFrame.record, -1);
+        fillAllFromOutline();
         result = 1;
     } else {
         CacheCurrentKeyframe();
     }
+    m_isMask = true;
+    m_geometryChanged = true;
     m_updateRect = {0, 0, static_cast<std::int32_t>(m_displayWidth), static_cast<std::int32_t>(m_displayHeight)};
     markWholeSurfaceDirty();
     DiagLogPrint("Orvanel::Convert2Mask() end\n");

@@ -209,8 +209,12 @@ class Orvanel final : public Quill::MaskHandler, public PyCallbackWnd, private O
 
     Chain liveChain() { return {m_points, m_pointsF, m_videoRect}; }
     static Chain chainOf(Quill::KeyFrameMaskInfo &record) { return {record.points, record.pointsF, record.placement}; }
+    /// Everything of a record but its points, for which there is room afterwards; a negative duration keeps its own.
+    void stampRecord(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const;
     /// Copies the live outline into a record; a negative duration keeps the record's own.
     void fillFromOutline(Quill::KeyFrameMaskInfo &record, LONGLONG duration) const;
+    void fillAllFromOutline();
+    static void truncate(std::vector<KeyFrame> &keyFrames, std::size_t count);
     /// Drops a record's cached mask, so that the next drawing re-places it.
     static void resetMask(Quill::KeyFrameMaskInfo &record);
     void setHover(const HoverPoint &hover);
@@ -249,6 +253,7 @@ class Orvanel final : public Quill::MaskHandler, public PyCallbackWnd, private O
     void restoreOppositeHandle();
 
     void clearSurface();
+    bool isLargePicture() const;
     void drawMarker(MPoint point, MarkSizes::Mark mark, CanvasColor color) const;
     void drawCurrentPicture(bool isMask);
     /// Shows what belongs on the surface at that position; false when nothing does.

@@ -8,8 +8,10 @@
 
 #include "overlay/orvanel.h"
 
+#include "callback/py_locks.h"
 #include "callback/python.h"
 #include "overlay/texture_lock.h"
+#include "overlay/worth_letting_go.h"
 #include "platform/png_file.h"
 #include "support/diag_log.h"
 
@@ -34,6 +36,7 @@ void Orvanel::ReDraw() {
 void Orvanel::drawCurrentPicture(bool isMask) {
     if (!m_canvas)
         return;
+    const PyAllowThreads allowThreads(isLargePicture());
     m_canvas->Clear();
     if (!m_points.empty()) {
         m_canvasPoints = m_points;
@@ -46,8 +49,15 @@ void Orvanel::drawCurrentPicture(bool isMask) {
 }
 
 void Orvanel::clearSurface() {
+    const PyAllowThreads allowThreads(isLargePicture());
     if (m_canvas)
         m_canvas->Clear();
+}
+
+/// Whether others should get on while it is drawn. They wait for m_textureLock without the interpreter lock, so that
+/// one can be had again inside of it.
+bool Orvanel::isLargePicture() const {
+    return m_bufferLen >= kPictureWorthLettingGo;
 }
 
 void Orvanel::drawMarker(MPoint point, MarkSizes::Mark mark, CanvasColor color) const {
@@ -93,6 +103,7 @@ void Orvanel::DrawSelectedRegion() const {
 
 void Orvanel::HideAllPoints() {
     const TextureLockGuard lock(m_textureLock);
+    const PyAllowThreads allowThreads(isLargePicture());
     if (m_canvas)
         m_canvas->HideAllPoints();
 }

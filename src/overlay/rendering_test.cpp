@@ -135,6 +135,22 @@ TEST_F(Rendering, SizeScaleRoundsHalvesUp) {
                                     "marker 20 20 5 FF000000"}));
 }
 
+TEST_F(Rendering, OthersGetTheInterpreterWhileALargePictureIsDrawn) {
+    object.SetVideoInfo(0, 0, 0, 1000);
+    object.PrepareKeyframe(5);
+    drawTriangle();
+    object.ReDraw();
+    EXPECT_TRUE(canvas.drawnWithInterpreter) << "not worth it";
+    object.SetVideoCoordinate(7680, 4320, 0, 0, 7680, 4320);
+    object.ReDraw();
+    EXPECT_FALSE(canvas.drawnWithInterpreter);
+    EXPECT_TRUE(holdsInterpreterLock());
+    canvas.drawnWithInterpreter = true;
+    object.PrepareKeyframe(5);
+    EXPECT_FALSE(canvas.drawnWithInterpreter);
+    EXPECT_TRUE(holdsInterpreterLock());
+}
+
 TEST_F(Rendering, HideAllPointsIsForwarded) {
     object.HideAllPoints();
     EXPECT_EQ(canvas.take(), Lines{"hide"});

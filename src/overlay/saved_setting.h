@@ -17,9 +17,6 @@
 #include "overlay/orvanel.h"
 #include "overlay/types/outline_points.h"
 
-/// From how many bytes on the interpreter lock is let go while they are copied: below, switching costs more.
-inline constexpr std::size_t kBytesWorthLettingGo = std::size_t{1} << 20;
-
 /// The points of one outline as the host gave them. A byte string is kept as it is, and copied once.
 class SavedPoints {
   public:

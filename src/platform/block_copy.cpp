@@ -10,6 +10,7 @@
 
 #include "platform/block_copy.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -48,11 +49,17 @@ void streamLines(unsigned char *destination, const unsigned char *source, std::s
 #endif
 
 void copyBlock(void *destination, const void *source, std::size_t bytes) {
+    copyBlock(destination, source, bytes, bytes);
+}
+
+void copyBlock(void *destination, const void *source, std::size_t bytes, std::size_t altogether) {
+    if (bytes == 0)
+        return;
 #ifdef ORVANEL_SSE2
-    if (bytes >= kStreamedBlock) {
+    if (altogether >= kStreamedBlock) {
         unsigned char *to = static_cast<unsigned char *>(destination);
         const unsigned char *from = static_cast<const unsigned char *>(source);
-        const std::size_t head = (0 - reinterpret_cast<std::uintptr_t>(to)) % kLine;
+        const std::size_t head = std::min(bytes, (0 - reinterpret_cast<std::uintptr_t>(to)) % kLine);
         std::memcpy(to, from, head);
         const std::size_t lines = (bytes - head) / kLine * kLine;
         streamLines(to + head, from + head, lines);

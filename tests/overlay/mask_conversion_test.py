@@ -44,6 +44,22 @@ class Conversion(EditorCase):
         self.assertEqual([keyframe[5] for keyframe in setting[3]], [self.editor.GetCurrentPoints()] * 2)
         self.assertEqual([keyframe[4] for keyframe in setting[3]], [0, 50])
 
+    def test_refreshing_more_than_caches_hold(self):
+        long_ones = [bytes_of([(0 if at % 3 == 0 else 1, 0.001 * at, 0.3 + 0.0001 * at, 1, 1, 0) for at in range(shift, 3000 + shift)])
+                     for shift in (0, 3, 6)]
+        # Of every length, with and without room for the copy.
+        points = [long_ones[0], long_ones[1][:24 * 9], long_ones[2] + long_ones[0], b''] + long_ones * 40
+        self.editor.SetDevSetting({0: True, 3: [{4: 40 * at, 5: each} for at, each in enumerate(points)]})
+        self.editor.PrepareKeyframe(40 * 5)
+        expected = self.editor.GetCurrentPoints()
+        self.assertEqual(len(expected), 24 * 3000)
+        self.assertEqual(self.editor.Convert2Mask(True), 1)
+        saved = self.editor.GetCurrentDevSetting()[3]
+        self.assertEqual([keyframe[4] for keyframe in saved], [40 * at for at in range(len(points))])
+        self.assertEqual([at for at, keyframe in enumerate(saved) if keyframe[5] != expected], [])
+        # The pixels' points went with them.
+        self.assertEqual(self.editor.surface(40 * 3), self.editor.surface(40 * 5))
+
     def test_it_marks_the_whole_display_dirty(self):
         self.editor.draw(self.TRIANGLE)
         self.editor.ResetDirtyFlag()

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "callback/py_locks.h"
 #include "overlay/testing/bare_canvas.h"
 #include "platform/com.h"
 
@@ -29,6 +30,7 @@ class RecordingCanvas final : public BareCanvas {
         note("outline", count, argb(style.stroke), argb(style.fill), argb(style.handle), style.reserved,
              static_cast<int>(isMask), sizeScale);
         outline.assign(points, points + count);
+        drawnWithInterpreter = holdsInterpreterLock();
         for (INT index = 0; index < count; ++index)
             scribble(points[index]);
         scribble(style);
@@ -64,6 +66,7 @@ class RecordingCanvas final : public BareCanvas {
     std::vector<BYTE> pixels = std::vector<BYTE>(16);
     std::vector<MPoint> outline; ///< the points drawn last
     bool scribbles = false;      ///< writes over every structure it gets, as a callee may that takes them by value
+    bool drawnWithInterpreter = false; ///< whether the last outline was drawn with the interpreter lock held
     HRESULT sizeResult = S_OK;
     HRESULT bufferResult = S_OK;
     ULONG references = 1;
