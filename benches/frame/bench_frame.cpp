@@ -5,31 +5,16 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <vector>
 
-#include "callback/interpreter_gate.h"
-#include "callback/python.h"
 #include "platform/com_pointer.h"
 #include "platform/reentrant_lock.h"
-#include "software_d3d9/device.h"
+#include "support/preview.h"
 #include "texture/py_map_wrapper.h"
-#include "texture/testing/python_host.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double secondsSince(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
 
 /// An overlay whose outline moves: some rows of its picture change.
 class MovingOverlay final : public OverlaySource {
@@ -66,30 +51,16 @@ class MovingOverlay final : public OverlaySource {
     bool m_dirty = false;
 };
 
-class StillSyncer final : public IVideoTextureSyncer {
-  public:
-    LONGLONG STDMETHODCALLTYPE GetVideoTime() override { return 40; }
-    LONGLONG STDMETHODCALLTYPE GetTolerance(LONGLONG) override { return 0; }
-    LONGLONG STDMETHODCALLTYPE GetFrameNumber(LONGLONG duration) override { return duration; }
-    LONGLONG STDMETHODCALLTYPE HostOperation3() override { return 0; }
-    bool STDMETHODCALLTYPE IsRefreshAllowed() override { return true; }
-};
-
 /// A map with textures of that size, as a renderer holds it.
 struct Preview {
     Preview(UINT width, UINT height) : overlay(width, height), map(new PyMapWrapper) {
         map->AddRef();
-        created = map->Create(width, height, nullptr, renderer.get()) == 1;
+        created = map->Create(width, height, nullptr, renderer.host.get()) == 1;
         map->SetOwner(&overlay);
         map->SetSyncer(&syncer);
     }
 
-    const platform::ComPointer<software_d3d9::Device> device{software_d3d9::Device::make()};
-    const CObjectExtractor extractor;
-    const PythonHostObject renderer{
-        {"GetRenderName", PythonHostObject::value("'D3D9'")},
-        {"GetD3D", PythonHostObject::pointer(device->direct3D())},
-        {"GetD3DDevice", PythonHostObject::pointer(static_cast<IDirect3DDevice9 *>(device.get()))}};
+    const Renderer renderer;
     MovingOverlay overlay;
     StillSyncer syncer;
     const platform::ComPointer<PyMapWrapper> map;
@@ -153,16 +124,5 @@ BENCHMARK(refreshUnchanged)
 } // namespace
 
 int main(int argc, char **argv) {
-    Py_SetPythonHome(const_cast<char *>(ORVANEL_PYTHON27_HOME));
-    Py_InitializeEx(0);
-    PyObject *const watch = watchInterpreter();
-    if (!watch)
-        return 1;
-    // The renderer's thread holds no interpreter lock.
-    PyThreadState *const saved = PyEval_SaveThread();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    PyEval_RestoreThread(saved);
-    Py_DECREF(watch);
-    return 0;
+    return runAsRenderer(argc, argv);
 }
