@@ -23,7 +23,6 @@
 
 #include "benches/canvas/drawer.h"
 #include "canvas/surface.h"
-#include "canvas/testing/png.h"
 
 namespace {
 
@@ -65,8 +64,8 @@ std::vector<Scene> makeScenes(const Format &format, bool isMask, Handles handles
 
 enum class Work { Stroke, Core, Redraw };
 
-void measure(benchmark::State &state, std::unique_ptr<bench::Drawer> (*make)(), const Format &format, Work work,
-             bool isMask, Handles handles) {
+void measure(benchmark::State &state, bench::MakeDrawer make, const Format &format, Work work, bool isMask,
+             Handles handles) {
     const std::vector<Scene> scenes = makeScenes(format, isMask, handles);
     const auto drawer = make();
     drawer->resize(format.width, format.height);
@@ -130,20 +129,6 @@ class Reporter final : public benchmark::ConsoleReporter {
     std::map<std::string, double> m_best;
 };
 
-void writePictures(const char *folder) {
-    const Format format = kFormats[0];
-    const Scene scene = makeScenes(format, true, Handles::All)[3];
-    for (auto *const make : {bench::makeOwnDrawer, bench::makeAggDrawer, bench::makeCairoDrawer}) {
-        const auto drawer = make();
-        drawer->resize(format.width, format.height);
-        drawer->redraw(scene);
-        canvas::testing::writePicture(std::string(folder) + "/redraw_" + drawer->name() + ".png", drawer->picture());
-        drawer->resize(format.width, format.height);
-        drawer->stroke(scene.points);
-        canvas::testing::writePicture(std::string(folder) + "/stroke_" + drawer->name() + ".png", drawer->picture());
-    }
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
@@ -155,7 +140,7 @@ int main(int argc, char **argv) {
     int count = static_cast<int>(arguments.size());
     benchmark::Initialize(&count, arguments.data());
     if (const char *const folder = std::getenv("ORVANEL_BENCH_PICTURES"))
-        writePictures(folder);
+        bench::writePictures(folder, makeScenes(kFormats[0], true, Handles::All)[3]);
 
     for (const Format &format : kFormats) {
         const std::string where = std::string("/") + format.name;
@@ -163,7 +148,7 @@ int main(int argc, char **argv) {
                                      [&format](benchmark::State &state) { measureMemset(state, format); })
             ->ComputeStatistics("best", best)
             ->Unit(benchmark::kMicrosecond);
-        for (auto *const make : {bench::makeOwnDrawer, bench::makeAggDrawer, bench::makeCairoDrawer}) {
+        for (const bench::MakeDrawer make : bench::drawers()) {
             const std::string who = std::string(make()->name());
             const auto add = [&](const char *what, Work work, bool isMask, Handles handles) {
                 benchmark::RegisterBenchmark(

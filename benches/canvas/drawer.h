@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "canvas/look.h"
@@ -28,9 +29,15 @@ class Drawer {
     virtual canvas::testing::Picture picture() = 0;
 };
 
+using MakeDrawer = std::unique_ptr<Drawer> (*)();
+
 std::unique_ptr<Drawer> makeOwnDrawer();
 std::unique_ptr<Drawer> makeAggDrawer();
 std::unique_ptr<Drawer> makeCairoDrawer();
+/// Ours, and the competitors' that this system has.
+std::vector<MakeDrawer> drawers();
+/// What each draws of a state, where pictures can be written.
+void writePictures(const std::string &folder, const canvas::testing::Scene &scene);
 
 /// Marks of a state in the order they are drawn, for those who have no editor's redraw to follow.
 struct Mark {

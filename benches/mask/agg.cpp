@@ -6,7 +6,7 @@
 #include <agg_rasterizer_scanline_aa.h>
 #include <agg_scanline_bin.h>
 
-#include "rasterizer.h"
+#include "peers.h"
 
 namespace bench {
 namespace {

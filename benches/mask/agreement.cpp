@@ -45,7 +45,7 @@ bool everybodyDrewTheSame() {
         Runs runs;
         makeDirect(size.width, size.height)->encode(outline, runs);
         const Picture reference = paint(runs, size);
-        for (const Contender &contender : kContenders) {
+        for (const Contender &contender : contenders()) {
             contender.make(size.width, size.height)->encode(outline, runs);
             const Picture picture = paint(runs, size);
             std::size_t differing = 0;

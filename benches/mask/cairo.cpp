@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "rasterizer.h"
+#include "peers.h"
 
 namespace bench {
 namespace {

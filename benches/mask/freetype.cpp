@@ -4,7 +4,7 @@
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
 
-#include "rasterizer.h"
+#include "peers.h"
 
 namespace bench {
 namespace {

@@ -56,7 +56,7 @@ void registerAll() {
         benchmark::RegisterBenchmark((std::string("memset/") + size.name).c_str(),
                                      [&size](benchmark::State &state) { clearSurface(state, size); });
         for (const Shape &shape : kShapes)
-            for (const Contender &contender : kContenders)
+            for (const Contender &contender : contenders())
                 benchmark::RegisterBenchmark(
                     (std::string(contender.name) + "/" + shape.name + "/" + size.name).c_str(),
                     [&](benchmark::State &state) { encodeRotating(state, contender, shape, size); });

@@ -4,7 +4,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "mask/outline_figure.h"
-#include "rasterizer.h"
+#include "peers.h"
 
 namespace bench {
 namespace {

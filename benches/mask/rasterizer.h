@@ -31,15 +31,11 @@ struct Contender {
 
 std::unique_ptr<Rasterizer> makeDirect(int width, int height);
 std::unique_ptr<Rasterizer> makeSurface(int width, int height);
-std::unique_ptr<Rasterizer> makeCairo(int width, int height);
-std::unique_ptr<Rasterizer> makeAgg(int width, int height);
-std::unique_ptr<Rasterizer> makeFreeType(int width, int height);
-std::unique_ptr<Rasterizer> makeOpenCv(int width, int height);
 
-inline constexpr Contender kContenders[] = {
-    {"direct", makeDirect, false}, {"surface", makeSurface, false},  {"cairo", makeCairo, true},
-    {"agg", makeAgg, true},        {"freetype", makeFreeType, true}, {"opencv", makeOpenCv, true},
-};
+/// Those that this system has.
+std::vector<Contender> peers();
+/// Our two ways, and the peers.
+const std::vector<Contender> &contenders();
 
 /// Calls `visit(start, control, control, end)` for each segment of a closed outline.
 template <typename Visit>

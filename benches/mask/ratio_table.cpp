@@ -21,7 +21,7 @@ struct Best {
 
 Best bestPeer(const Medians &medians, const std::string &input) {
     Best best;
-    for (const Contender &contender : kContenders) {
+    for (const Contender &contender : contenders()) {
         const double seconds = contender.isPeer ? find(medians, contender.name, input) : 0;
         if (seconds > 0 && (best.seconds == 0 || seconds < best.seconds))
             best = {seconds, contender.name};

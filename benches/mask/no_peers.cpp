@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include "rasterizer.h"
+
+namespace bench {
+
+std::vector<Contender> peers() {
+    return {};
+}
+
+} // namespace bench
