@@ -117,15 +117,22 @@ long toPixel(double fraction, int extent) {
 
 } // namespace
 
-Mask::Mask(int width, int height) : width_(width), height_(height) {
+Mask::Mask(int width, int height) : width_(width), height_(height), firstRow_(height) {
     if (width < 1 || height < 1 || width > kLargestSide || height > kLargestSide)
         throw std::invalid_argument("a mask of " + std::to_string(width) + "x" + std::to_string(height) +
                                     " pixels cannot be made");
     coverage_.resize(offset(height));
 }
 
+void Mask::clear() {
+    if (firstRow_ < endRow_)
+        std::memset(coverage_.data() + offset(firstRow_), 0, offset(endRow_) - offset(firstRow_));
+    firstRow_ = height_;
+    endRow_ = 0;
+}
+
 void Mask::setRuns(const std::vector<MaskRun> &runs) {
-    std::fill(coverage_.begin(), coverage_.end(), std::uint8_t{0});
+    clear();
     for (std::size_t i = 0; i < runs.size(); ++i) {
         const MaskRun &run = runs[i];
         // Written so that NaN fails too; lround of a finite fraction cannot overflow then.
@@ -144,6 +151,8 @@ void Mask::setRuns(const std::vector<MaskRun> &runs) {
 void Mask::invert() {
     for (std::uint8_t &value : coverage_)
         value = static_cast<std::uint8_t>(255 - value);
+    firstRow_ = 0;
+    endRow_ = height_;
 }
 
 void Mask::feather(int pixels, int passes) {
@@ -163,9 +172,12 @@ void Mask::feather(int pixels, int passes) {
         const int radius = pixels / passes + (pass < pixels % passes ? 1 : 0);
         if (radius == 0)
             break;
-        blurRows(row(top) + left, width_, columns, rows, radius);
-        blurColumns(row(top) + left, width_, columns, rows, radius);
+        std::uint8_t *const values = coverage_.data() + offset(top) + left;
+        blurRows(values, width_, columns, rows, radius);
+        blurColumns(values, width_, columns, rows, radius);
     }
+    firstRow_ = std::min(firstRow_, top);
+    endRow_ = std::max(endRow_, bottom);
 }
 
 PixelRect Mask::bounds() const {
@@ -173,15 +185,20 @@ PixelRect Mask::bounds() const {
     int right = 0;
     int top = height_;
     int bottom = 0;
-    for (int y = 0; y < height_; ++y) {
+    for (int y = firstRow_; y < endRow_; ++y) {
         const std::uint8_t *const begin = row(y);
         const std::uint8_t *const end = begin + width_;
-        const auto isCovered = [](std::uint8_t value) { return value != 0; };
-        const std::uint8_t *const first = std::find_if(begin, end, isCovered);
+        const std::uint8_t *first = begin;
+        while (end - first >= 8 && eightAt(first) == 0)
+            first += 8;
+        while (first < end && *first == 0)
+            ++first;
         if (first == end)
             continue;
         const std::uint8_t *last = end;
-        while (!isCovered(last[-1]))
+        while (last - first >= 8 && eightAt(last - 8) == 0)
+            last -= 8;
+        while (last[-1] == 0)
             --last;
         left = std::min(left, static_cast<int>(first - begin));
         right = std::max(right, static_cast<int>(last - begin));

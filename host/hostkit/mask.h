@@ -25,7 +25,12 @@ class Mask {
 
     int width() const { return width_; }
     int height() const { return height_; }
-    std::uint8_t *row(int y) { return coverage_.data() + offset(y); }
+    /// To be written to; row by row, and not beyond its end.
+    std::uint8_t *row(int y) {
+        firstRow_ = y < firstRow_ ? y : firstRow_;
+        endRow_ = y < endRow_ ? endRow_ : y + 1;
+        return coverage_.data() + offset(y);
+    }
     const std::uint8_t *row(int y) const { return coverage_.data() + offset(y); }
 
     /// Replaces the contents by what the runs cover. Throws std::invalid_argument when a run leaves the mask.
@@ -41,14 +46,20 @@ class Mask {
     /// Covered pixels, however little.
     std::size_t coveredPixels() const;
     int value(int x, int y) const;
+    /// Whether a row is known to be empty without a look at it.
+    bool isUntouched(int y) const { return y < firstRow_ || y >= endRow_; }
     /// Rows top to bottom.
     std::string bytes() const { return {coverage_.begin(), coverage_.end()}; }
 
   private:
+    void clear();
     std::size_t offset(int y) const { return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_); }
 
     int width_;
     int height_;
+    /// Nothing is covered above and below these rows: an outline is small against its picture, and a picture large.
+    int firstRow_;
+    int endRow_ = 0;
     std::vector<std::uint8_t> coverage_;
 };
 

@@ -251,8 +251,13 @@ std::string encodePng(const Mask &mask, int width, int height) {
     std::string pixels;
     RunCompressor compressor(pixels);
     for (int y = 0; y < height; ++y) {
-        const std::uint8_t *const row = mask.row(std::min(y, mask.height() - 1));
+        const int source = std::min(y, mask.height() - 1);
         compressor.add(0, 1); // the row is not filtered
+        if (mask.isUntouched(source)) {
+            compressor.add(0, static_cast<std::size_t>(width));
+            continue;
+        }
+        const std::uint8_t *const row = mask.row(source);
         addRow(compressor, row, static_cast<std::size_t>(std::min(width, mask.width())));
         if (width > mask.width())
             compressor.add(row[mask.width() - 1], static_cast<std::size_t>(width - mask.width()));

@@ -5,8 +5,11 @@
 #include <limits>
 #include <random>
 #include <stdexcept>
+#include <utility>
 
 #include <gtest/gtest.h>
+
+#include "hostkit/mask_png.h"
 
 namespace hostkit {
 namespace {
@@ -39,6 +42,37 @@ TEST(Mask, NewRunsReplaceTheOldOnes) {
     mask.setRuns({runOf(2, 3, 1, 8, 8)});
     EXPECT_EQ(mask.coveredPixels(), 1U);
     EXPECT_EQ(mask.value(2, 3), 255);
+}
+
+TEST(Mask, OneThatIsUsedAgainIsAsANewOne) {
+    constexpr int kWidth = 61, kHeight = 40;
+    std::mt19937 random(11);
+    Mask used(kWidth, kHeight);
+    for (int round = 0; round < 300; ++round) {
+        Mask fresh(kWidth, kHeight);
+        std::vector<MaskRun> runs;
+        for (unsigned i = random() % 4; i > 0; --i)
+            runs.push_back(runOf(static_cast<int>(random() % 30), static_cast<int>(random() % kHeight),
+                                 static_cast<int>(1 + random() % 30), kWidth, kHeight));
+        const unsigned kind = random() % 8;
+        for (Mask *const mask : {&used, &fresh}) {
+            mask->setRuns(runs);
+            if (kind % 4 == 0)
+                mask->invert();
+            if (kind % 2 == 0)
+                mask->feather(static_cast<int>(kind), 2);
+            if (kind == 7)
+                mask->row(round % kHeight)[round % kWidth] = 9;
+        }
+        ASSERT_EQ(used.bytes(), fresh.bytes());
+        ASSERT_EQ(used.bounds(), fresh.bounds());
+        ASSERT_EQ(encodePng(used, kWidth + 1, kHeight + 1), encodePng(fresh, kWidth + 1, kHeight + 1));
+        for (int y = 0; y < kHeight; ++y)
+            if (used.isUntouched(y)) {
+                const std::uint8_t *const row = std::as_const(used).row(y);
+                ASSERT_EQ(std::count(row, row + kWidth, 0), kWidth);
+            }
+    }
 }
 
 TEST(Mask, RunsOutsideAreRefused) {

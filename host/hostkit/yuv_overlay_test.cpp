@@ -85,5 +85,50 @@ TEST(YuvOverlay, FieldsHaveColoursOfTheirOwn) {
     EXPECT_EQ(frame.get(2, 2, 1), 128);
 }
 
+TEST(YuvOverlay, BlocksOfOneColourAreAsTheirPixels) {
+    constexpr int kWidth = 48, kHeight = 6;
+    for (const int shift : {0, 1})
+        for (int alpha = 1; alpha < 256; alpha += 2) {
+            const BYTE ink[4] = {static_cast<BYTE>(3 * alpha), 40, static_cast<BYTE>(255 - alpha),
+                                 static_cast<BYTE>(alpha)};
+            std::vector<BYTE> overlay(kWidth * kHeight * 4);
+            for (int y = 0; y < kHeight; ++y)
+                for (int x = 0; x < kWidth; ++x)
+                    mark(overlay, kWidth, x, y, ink);
+            Frame blocks(kWidth, kHeight, shift), pixels(kWidth, kHeight, shift);
+            for (std::size_t i = 0; i < blocks.memory[0].size(); ++i)
+                blocks.memory[0][i] = pixels.memory[0][i] = static_cast<std::uint8_t>(i);
+            compositeOverlay(blocks.planes, overlay.data(), kWidth * 4);
+            // Another first column, and no block is of one colour.
+            for (int y = 0; y < kHeight; ++y)
+                for (int x = 0; x < kWidth; x += 16)
+                    overlay[static_cast<std::size_t>((y * kWidth + x) * 4)] ^= 1;
+            compositeOverlay(pixels.planes, overlay.data(), kWidth * 4);
+            for (int y = 0; y < kHeight; ++y)
+                for (int x = 0; x < kWidth; ++x) {
+                    if (x % 16 > 1) {
+                        EXPECT_EQ(blocks.get(0, x, y), pixels.get(0, x, y));
+                        EXPECT_EQ(blocks.get(1, x >> shift, y >> shift), pixels.get(1, x >> shift, y >> shift));
+                        EXPECT_EQ(blocks.get(2, x >> shift, y >> shift), pixels.get(2, x >> shift, y >> shift));
+                    }
+                }
+        }
+}
+
+TEST(YuvOverlay, WhatIsTransparentHasNoColour) {
+    constexpr BYTE kUnseen[4] = {10, 200, 30, 0};
+    Frame frame(32, 2, 1);
+    std::vector<BYTE> overlay(32 * 2 * 4);
+    for (int x = 0; x < 31; ++x)
+        mark(overlay, 32, x, 1, kUnseen);
+    mark(overlay, 32, 31, 1, kRed);
+    compositeOverlay(frame.planes, overlay.data(), 32 * 4);
+    for (int x = 0; x < 31; ++x)
+        EXPECT_EQ(frame.get(0, x, 1), 90);
+    for (int x = 0; x < 15; ++x)
+        EXPECT_EQ(frame.get(2, x, 0), 128);
+    EXPECT_EQ(frame.get(2, 15, 0), 128 + 112 / 4);
+}
+
 } // namespace
 } // namespace hostkit
