@@ -5,6 +5,7 @@
 // the other gives the same.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -54,6 +55,10 @@ class PortableFloatLanes {
     }
     friend PortableFloatLanes greater(const PortableFloatLanes &a, const PortableFloatLanes &b) {
         return from([&](int i) { return std::max(a.m_lanes[i], b.m_lanes[i]); });
+    }
+    /// The root of the magnitude, with the sign.
+    friend PortableFloatLanes signedRoot(const PortableFloatLanes &a) {
+        return from([&](int i) { return std::copysign(std::sqrt(std::abs(a.m_lanes[i])), a.m_lanes[i]); });
     }
 
   private:
@@ -109,6 +114,11 @@ class FloatLanes {
     friend FloatLanes operator*(FloatLanes a, FloatLanes b) { return FloatLanes(_mm_mul_ps(a.m_lanes, b.m_lanes)); }
     friend FloatLanes lesser(FloatLanes a, FloatLanes b) { return FloatLanes(_mm_min_ps(a.m_lanes, b.m_lanes)); }
     friend FloatLanes greater(FloatLanes a, FloatLanes b) { return FloatLanes(_mm_max_ps(a.m_lanes, b.m_lanes)); }
+    friend FloatLanes signedRoot(FloatLanes a) {
+        const __m128 sign = _mm_set1_ps(-0.0F);
+        const __m128 root = _mm_sqrt_ps(_mm_andnot_ps(sign, a.m_lanes));
+        return FloatLanes(_mm_or_ps(root, _mm_and_ps(sign, a.m_lanes)));
+    }
 
   private:
     __m128 m_lanes;

@@ -11,22 +11,33 @@
 #include "hostkit/grade.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <stdexcept>
 
 #include "hostkit/float_lanes.h"
 #include "hostkit/light_curve.h"
+#include "hostkit/quick_curve.h"
 
 namespace hostkit {
 namespace {
 
-/// Mixes `graded` into `light` by `share` and keeps the result between black and white, or where the light was before.
-FloatLanes mixed(FloatLanes light, FloatLanes graded, FloatLanes share) {
+/// Keeps graded light between black and white, or where the light was before.
+FloatLanes clipped(FloatLanes graded, FloatLanes light) {
     const FloatLanes black = FloatLanes::all(0);
     const FloatLanes white = FloatLanes::all(1);
-    const FloatLanes mix = light + share * (graded - light);
-    return lesser(greater(mix, lesser(light, black)), greater(light, white));
+    return lesser(greater(graded, lesser(light, black)), greater(light, white));
+}
+
+bool isFull(const std::uint8_t *coverage) {
+    static constexpr auto kFull = [] {
+        std::array<std::uint8_t, Grade::kBlock> bytes{};
+        bytes.fill(255);
+        return bytes;
+    }();
+    return std::memcmp(coverage, kFull.data(), kFull.size()) == 0;
 }
 
 } // namespace
@@ -38,30 +49,51 @@ Grade::Grade(double exposureStops, double saturation)
         throw std::invalid_argument("exposure has to be -16 to 16 stops and saturation 0 to 16");
 }
 
-void Grade::apply(Block &block, const std::uint8_t *coverage, const Light &light) const {
-    const CurveTable &decode = light.curve.decode;
-    const CurveTable &encode = light.curve.encode;
+template <bool kIsFull, typename Curve>
+void Grade::applyCurve(Block &block, [[maybe_unused]] const std::uint8_t *coverage, const Light &light,
+                       const Curve &curve) const {
+    const auto &decode = curve.decode.lookup();
+    const auto &encode = curve.encode.lookup();
     const FloatLanes ownShare = FloatLanes::all(gain_ * saturation_);
     const FloatLanes lumaShare = FloatLanes::all(gain_ * (1 - saturation_));
+    const FloatLanes ofRed = FloatLanes::all(light.red), ofGreen = FloatLanes::all(light.green),
+                     ofBlue = FloatLanes::all(light.blue);
     for (int i = 0; i < kBlock; i += FloatLanes::kCount) {
-        const FloatLanes share = FloatLanes::load(coverage + i) * FloatLanes::all(1.0F / 255);
         const FloatLanes red = decode(FloatLanes::load(block.red + i));
         const FloatLanes green = decode(FloatLanes::load(block.green + i));
         const FloatLanes blue = decode(FloatLanes::load(block.blue + i));
-        const FloatLanes luminance = FloatLanes::all(light.red) * red + FloatLanes::all(light.green) * green +
-                                     FloatLanes::all(light.blue) * blue;
         // Not a difference to the luminance: beside a bright channel a dark one would lose its digits.
-        const auto graded = [&](FloatLanes channel) { return ownShare * channel + lumaShare * luminance; };
-        encode(mixed(red, graded(red), share)).store(block.red + i);
-        encode(mixed(green, graded(green), share)).store(block.green + i);
-        encode(mixed(blue, graded(blue), share)).store(block.blue + i);
+        const FloatLanes luminance = lumaShare * (ofRed * red + ofGreen * green + ofBlue * blue);
+        const auto graded = [&](FloatLanes channel) {
+            const FloatLanes full = ownShare * channel + luminance;
+            if constexpr (kIsFull)
+                return clipped(full, channel);
+            const FloatLanes share = FloatLanes::load(coverage + i) * FloatLanes::all(1.0F / 255);
+            return clipped(channel + share * (full - channel), channel);
+        };
+        encode(graded(red)).store(block.red + i);
+        encode(graded(green)).store(block.green + i);
+        encode(graded(blue)).store(block.blue + i);
     }
+}
+
+void Grade::apply(Block &block, const std::uint8_t *coverage, const Light &light) const {
+    const auto apply = [&](const auto &curve) {
+        if (isFull(coverage))
+            applyCurve<true>(block, coverage, light, curve);
+        else
+            applyCurve<false>(block, coverage, light, curve);
+    };
+    if (light.quick != nullptr)
+        apply(*light.quick);
+    else
+        apply(light.curve);
 }
 
 void Grade::applyInside(Image &image, const Mask &mask) const {
     if (image.width() != mask.width() || image.height() != mask.height())
         throw std::invalid_argument("the mask and the picture have different sizes");
-    const Light light = {lightCurveOf(kUnknownTransfer), 0.2126F, 0.7152F, 0.0722F};
+    const Light light = {lightCurveOf(kUnknownTransfer), 0.2126F, 0.7152F, 0.0722F, quickCurveOf(kUnknownTransfer)};
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); x += kBlock) {
             const int count = std::min(kBlock, image.width() - x);

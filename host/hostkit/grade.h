@@ -8,6 +8,7 @@
 namespace hostkit {
 
 struct LightCurve;
+struct QuickCurve;
 
 /// Exposure and saturation inside of a mask, computed in linear light.
 class Grade {
@@ -30,12 +31,16 @@ class Grade {
     };
     struct Light {
         const LightCurve &curve;
-        float red, green, blue; ///< shares of the luminance
+        float red, green, blue;            ///< shares of the luminance
+        const QuickCurve *quick = nullptr; ///< taken instead of the other, where there is one
     };
     /// Grades code values (0 black, 1 white) under their coverage; all of a block is computed.
     void apply(Block &block, const std::uint8_t *coverage, const Light &light) const;
 
   private:
+    template <bool kIsFull, typename Curve>
+    void applyCurve(Block &block, const std::uint8_t *coverage, const Light &light, const Curve &curve) const;
+
     float gain_;
     float saturation_;
 };

@@ -20,6 +20,7 @@ class CurveTable {
 
     /// Four values at once: only then it counts what the look-ups wait for.
     FloatLanes operator()(FloatLanes x) const;
+    const CurveTable &lookup() const { return *this; }
 
     float operator()(float x) const {
         const auto bits = std::bit_cast<std::uint32_t>(x);

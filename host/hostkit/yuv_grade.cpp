@@ -13,17 +13,19 @@
 #include "hostkit/float_lanes.h"
 #include "hostkit/grade.h"
 #include "hostkit/light_curve.h"
+#include "hostkit/quick_curve.h"
 
 namespace hostkit {
 namespace {
 
 constexpr int kBt2020Primaries = 9;
 
-Grade::Light lightOf(const YuvCoding &coding) {
+Grade::Light lightOf(const YuvCoding &coding, int depth) {
     const LightCurve &curve = lightCurveOf(coding.transfer);
+    const QuickCurve *const quick = depth <= 8 ? quickCurveOf(coding.transfer) : nullptr;
     if (coding.primaries == kBt2020Primaries)
-        return {curve, 0.2627F, 0.6780F, 0.0593F};
-    return {curve, 0.2126F, 0.7152F, 0.0722F};
+        return {curve, 0.2627F, 0.6780F, 0.0593F, quick};
+    return {curve, 0.2126F, 0.7152F, 0.0722F, quick};
 }
 
 /// The matrix between Y'CbCr and R'G'B'.
@@ -42,8 +44,8 @@ template <typename Sample, int ShiftX>
 class BlockGrader {
   public:
     BlockGrader(const Grade &grade, const Planes &planes, const ByteRows &coverage)
-        : grade_(grade), planes_(planes), coverage_(coverage), light_(lightOf(planes.coding)), matrix_(planes.coding),
-          scale_(planes.depth, planes.coding.fullRange) {}
+        : grade_(grade), planes_(planes), coverage_(coverage), light_(lightOf(planes.coding, planes.depth)),
+          matrix_(planes.coding), scale_(planes.depth, planes.coding.fullRange) {}
 
     /// `x` is a multiple of the block's size.
     void run(int x, int chromaRow) {
@@ -95,12 +97,13 @@ class BlockGrader {
             std::fill_n(change_[plane - 1], Grade::kBlock, 0.0F);
         }
         const Matrix matrix = matrix_;
-        for (int i = 0; i < Grade::kBlock; ++i) {
-            const float cb = color_[0][i >> ShiftX];
-            const float cr = color_[1][i >> ShiftX];
-            offset_.red[i] = matrix.redOfCr * cr;
-            offset_.green[i] = matrix.greenOfCb * cb + matrix.greenOfCr * cr;
-            offset_.blue[i] = matrix.blueOfCb * cb;
+        for (int color = 0; color < kColors; ++color) {
+            const float cb = color_[0][color];
+            const float cr = color_[1][color];
+            const int first = color << ShiftX;
+            std::fill_n(offset_.red + first, 1 << ShiftX, matrix.redOfCr * cr);
+            std::fill_n(offset_.green + first, 1 << ShiftX, matrix.greenOfCb * cb + matrix.greenOfCr * cr);
+            std::fill_n(offset_.blue + first, 1 << ShiftX, matrix.blueOfCb * cb);
         }
     }
 
@@ -122,14 +125,12 @@ class BlockGrader {
         grade_.apply(block_, covered_, light_);
         const FloatLanes kr = FloatLanes::all(matrix_.kr), kg = FloatLanes::all(matrix_.kg),
                          kb = FloatLanes::all(matrix_.kb);
-        const FloatLanes zero = FloatLanes::all(0), largest = FloatLanes::all(scale_.largest);
-        const FloatLanes half = FloatLanes::all(0.5F);
         for (int i = 0; i < Grade::kBlock; i += FloatLanes::kCount) {
             const FloatLanes red = FloatLanes::load(block_.red + i), blue = FloatLanes::load(block_.blue + i);
             const FloatLanes luma = kr * red + kg * FloatLanes::load(block_.green + i) + kb * blue;
             (FloatLanes::load(change_[0] + i) + blue - luma - FloatLanes::load(offset_.blue + i)).store(change_[0] + i);
             (FloatLanes::load(change_[1] + i) + red - luma - FloatLanes::load(offset_.red + i)).store(change_[1] + i);
-            (lesser(greater(luma * scale + offset, zero), largest) + half).store(codes + i);
+            nearestCodes(luma * scale + offset).store(codes + i);
         }
         if (codes == last)
             std::copy_n(last, count, samples);
@@ -137,19 +138,28 @@ class BlockGrader {
 
     void writeColor(int x, int chromaRow, int count, int rows) {
         const float factors[2] = {1 / matrix_.blueOfCb, 1 / matrix_.redOfCr};
-        const CodeScale scale = scale_;
+        const int colors = (count + (1 << ShiftX) - 1) >> ShiftX;
         for (int plane = 1; plane < 3; ++plane) {
-            Sample *const samples = colorRow(plane, x, chromaRow);
             const float *const change = change_[plane - 1];
-            for (int first = 0, i = 0; first < count; first += 1 << ShiftX, ++i) {
-                // Pixels beyond the picture have no say in a colour sample's mean.
-                const int columns = std::min(1 << ShiftX, count - first);
-                const float sum = columns == 2 ? change[first] + change[first + 1] : change[first];
-                const float mean = sum * factors[plane - 1] / static_cast<float>(columns * rows);
-                samples[i] =
-                    static_cast<Sample>(scale.code(color_[plane - 1][i] + mean, scale.chromaScale, scale.chromaOffset));
-            }
+            float *const values = color_[plane - 1];
+            const float share = factors[plane - 1] / static_cast<float>(rows << ShiftX);
+            for (int i = 0; i < kColors; ++i)
+                values[i] += share * (ShiftX == 0 ? change[i] : change[2 * i] + change[2 * i + 1]);
+            // A pixel beyond the picture has no say in a colour sample's mean.
+            if (count % (1 << ShiftX) != 0)
+                values[colors - 1] += share * (change[count - 1] - change[count]);
+            Sample codes[kColors];
+            const FloatLanes scale = FloatLanes::all(scale_.chromaScale), offset = FloatLanes::all(scale_.chromaOffset);
+            for (int i = 0; i < kColors; i += FloatLanes::kCount)
+                nearestCodes(FloatLanes::load(values + i) * scale + offset).store(codes + i);
+            std::copy_n(codes, colors, colorRow(plane, x, chromaRow));
         }
+    }
+
+    /// Ready to be stored.
+    FloatLanes nearestCodes(FloatLanes codes) const {
+        const FloatLanes inside = lesser(greater(codes, FloatLanes::all(0)), FloatLanes::all(scale_.largest));
+        return inside + FloatLanes::all(0.5F);
     }
 
     const Grade &grade_;
