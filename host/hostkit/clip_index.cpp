@@ -41,7 +41,9 @@ bool ClipIndex::step() {
             ++packets_;
             isTrusted_ = isTrusted_ && packet.pts != AV_NOPTS_VALUE && (packet.flags & AV_PKT_FLAG_CORRUPT) == 0;
             // What an edit list cuts away is decoded and not shown.
-            if ((packet.flags & AV_PKT_FLAG_DISCARD) == 0 && packet.pts != AV_NOPTS_VALUE)
+            if ((packet.flags & AV_PKT_FLAG_DISCARD) != 0)
+                ++cutAway_;
+            else if (packet.pts != AV_NOPTS_VALUE)
                 positions_.push_back(toUnits(packet.pts, stream));
             if (packets_ == 1)
                 isTrusted_ = isTrusted_ && (packet.flags & AV_PKT_FLAG_KEY) != 0;
@@ -64,7 +66,10 @@ void ClipIndex::finish() {
     if (input.duration_estimation_method != AVFMT_DURATION_FROM_STREAM || input.duration <= 0)
         return;
     const long long begin = input.start_time == AV_NOPTS_VALUE ? 0 : input.start_time;
-    const long long promised = (begin + input.duration) * (FrameClock::kUnitsPerSecond / AV_TIME_BASE);
+    constexpr long long kUnits = FrameClock::kUnitsPerSecond / AV_TIME_BASE;
+    // Some writers count the duration from the clip's beginning and some from time zero.
+    const bool isFromZero = end_ <= input.duration * kUnits + kDurationTolerance;
+    const long long promised = (input.duration + (isFromZero ? 0 : begin)) * kUnits;
     const AVRational rate = stream.avg_frame_rate.num > 0 ? stream.avg_frame_rate : stream.r_frame_rate;
     if (promised - end_ > kDurationTolerance && rate.num > 0)
         missing_ =

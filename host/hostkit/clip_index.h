@@ -22,8 +22,8 @@ class ClipIndex {
     bool isTrusted() const { return isTrusted_ && !positions_.empty(); }
     /// Presentation times in units of FrameClock, ascending. Complete at the end only, as everything below.
     const std::vector<long long> &positions() const { return positions_; }
-    /// Packets of the video, those that show nothing among them.
-    long long packets() const { return packets_; }
+    /// Packets of the video without those that an edit list cuts away, but with those that show nothing.
+    long long packets() const { return packets_ - cutAway_; }
     /// Frames that the container promises and the file does not hold any more: it was truncated.
     long long missing() const { return missing_; }
 
@@ -34,6 +34,7 @@ class ClipIndex {
     AvPacket packet_;
     bool isTrusted_ = true;
     long long packets_ = 0;
+    long long cutAway_ = 0;
     long long end_ = 0; ///< of all streams, in units
     long long missing_ = 0;
     std::vector<long long> positions_;

@@ -26,6 +26,12 @@ const std::uint8_t *sideData(const AVStream &stream, const AVFrame &frame, AVPac
     return data == nullptr ? nullptr : data->data;
 }
 
+/// Whether the frames come with alpha, or with a second stream of it that decoders leave aside.
+bool hadAlpha(const AVStream &stream, const AVFrame &frame) {
+    const AVDictionaryEntry *const mode = av_dict_get(stream.metadata, "alpha_mode", nullptr, 0);
+    return hasAlpha(frame.format) || (mode != nullptr && std::string(mode->value) == "1");
+}
+
 /// A matrix whose three light shares a grade can go by.
 bool hasShares(int matrix) {
     return matrix != AVCOL_SPC_YCGCO && matrix != AVCOL_SPC_ICTCP && matrix != AVCOL_SPC_BT2020_CL &&
@@ -99,7 +105,7 @@ void VideoReader::describeColors() {
 }
 
 void VideoReader::describeLosses() {
-    if (hasAlpha(frame_->format))
+    if (hadAlpha(clip_.video(), *frame_))
         notKept_.push_back("alpha");
     if (isRgb(frame_->format))
         notKept_.push_back("RGB (it becomes " + format_.text() + ")");

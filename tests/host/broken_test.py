@@ -4,7 +4,7 @@ import os
 import re
 import unittest
 
-from clips import make_clip
+from clips import ffmpeg, make_clip
 from kinds import KindsTest
 
 
@@ -53,6 +53,17 @@ class BrokenTest(KindsTest):
         for name in ('clip.mp4', 'clip.mkv', 'clip.ts', 'clip.avi'):
             self.render(make_clip(self.path(name), frames=30, encoder=('-c:v', 'libx264', '-preset', 'veryfast')))
             self.assertEqual((self.warnings, len(os.listdir(self.path('out', 'masks')))), ([], 30))
+
+    def test_a_whole_clip_may_be_cut_and_begin_at_any_time(self):
+        clip = make_clip(self.path('clip.mp4'), frames=48, encoder=('-c:v', 'libx264', '-preset', 'veryfast', '-g', '48'))
+        # Without encoding, the frames before the cut stay in the file, and an edit list says that they are not shown.
+        ffmpeg('-ss', '1', '-i', clip, '-c', 'copy', self.path('cut.mp4'))
+        self.render(self.path('cut.mp4'))
+        self.assertEqual((self.warnings, len(os.listdir(self.path('out', 'masks')))), ([], 24))
+        for name in ('late.mkv', 'late.ts', 'late.mp4'):
+            ffmpeg('-i', clip, '-c', 'copy', '-output_ts_offset', '1000', self.path(name))
+            self.render(self.path(name))
+            self.assertEqual((self.warnings, len(os.listdir(self.path('out', 'masks')))), ([], 48), name)
 
     def test_a_clip_that_changes_its_size(self):
         parts = [make_clip(self.path('%d.h264' % i), frames=20, size=size, encoder=('-c:v', 'libx264', '-preset', 'veryfast', '-bf', '0'))

@@ -34,6 +34,10 @@ class DepthTest(KindsTest):
             self.assertEqual((found[0]['pix_fmt'], lost), (expected, said), pixels)
             self.assertOutsideIsUntouched(clip)
 
+    def test_alpha_that_decoders_leave_aside(self):
+        clip = make_clip(self.path('clip.webm'), pixels='yuva420p', encoder=('-c:v', 'libvpx-vp9', '-deadline', 'realtime'))
+        self.assertEqual(self.render(clip)[1], 'alpha')
+
     def test_a_neutral_grade_costs_no_colour(self):
         for pixels in ('yuv420p', 'yuv422p', 'yuv420p10le'):
             clip = make_clip(self.path('clip.mkv'), frames=24, size='320x180', pixels=pixels)
