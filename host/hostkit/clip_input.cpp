@@ -27,6 +27,9 @@ void requireRegularFile(const std::string &path) {
         throw MediaError("clip " + inQuotes(path) + " cannot be read: " + error.message());
     if (status.type() == std::filesystem::file_type::directory)
         throw MediaError("clip " + inQuotes(path) + " is a folder, not a video");
+    // A clip is read more than once: for its list of frames, its sound and its pictures.
+    if (status.type() != std::filesystem::file_type::regular)
+        throw MediaError("clip " + inQuotes(path) + " is a pipe or a device: save it to a file first");
 }
 
 /// FFmpeg opens still pictures and text files as clips of one frame; nobody means that by a video.

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "hostkit/error.h"
+
 namespace hostkit {
 namespace {
 
@@ -22,7 +24,7 @@ void compositeOverlay(Image &frame, const BYTE *overlay, std::size_t length) {
     const auto rowBytes = static_cast<std::size_t>(frame.width()) * 4;
     if (overlay == nullptr || length != rowBytes * static_cast<std::size_t>(frame.height()))
         throw std::invalid_argument("an overlay of " + std::to_string(length) + " bytes does not fit a frame of " +
-                                    std::to_string(frame.width()) + "x" + std::to_string(frame.height()) + " pixels");
+                                    sizeText(frame.width(), frame.height()) + " pixels");
     for (int y = 0; y < frame.height(); ++y) {
         const BYTE *const source = overlay + static_cast<std::size_t>(y) * rowBytes;
         std::uint8_t *const target = frame.row(y);

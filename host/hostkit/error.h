@@ -18,4 +18,9 @@ inline std::string inQuotes(const std::string &name) {
     return "'" + name + "'";
 }
 
+/// A size in pixels, as all messages show it.
+inline std::string sizeText(long long width, long long height) {
+    return std::to_string(width) + "x" + std::to_string(height);
+}
+
 } // namespace hostkit

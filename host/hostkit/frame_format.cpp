@@ -13,6 +13,15 @@ extern "C" {
 namespace hostkit {
 namespace {
 
+/// The shares of red and of blue in Y'.
+struct MatrixShares {
+    AVColorSpace matrix;
+    double kr, kb;
+};
+constexpr MatrixShares kMatrixShares[] = {
+    {AVCOL_SPC_FCC, 0.30, 0.11},         {AVCOL_SPC_BT470BG, 0.299, 0.114},      {AVCOL_SPC_SMPTE170M, 0.299, 0.114},
+    {AVCOL_SPC_SMPTE240M, 0.212, 0.087}, {AVCOL_SPC_BT2020_NCL, 0.2627, 0.0593}, {AVCOL_SPC_BT2020_CL, 0.2627, 0.0593}};
+
 const AVPixFmtDescriptor &describe(int pixelFormat) {
     const AVPixFmtDescriptor *const descriptor = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(pixelFormat));
     if (descriptor == nullptr)
@@ -134,24 +143,10 @@ Planes planesOf(AVFrame &frame, const FrameFormat &format) {
     planes.depth = descriptor.comp[0].depth;
     planes.interlaced = format.isInterlaced() && frame.height % 4 == 0;
     YuvCoding &coding = planes.coding;
-    switch (format.actualMatrix()) {
-    case AVCOL_SPC_FCC:
-        coding.kr = 0.30, coding.kb = 0.11;
-        break;
-    case AVCOL_SPC_BT470BG:
-    case AVCOL_SPC_SMPTE170M:
-        coding.kr = 0.299, coding.kb = 0.114;
-        break;
-    case AVCOL_SPC_SMPTE240M:
-        coding.kr = 0.212, coding.kb = 0.087;
-        break;
-    case AVCOL_SPC_BT2020_NCL:
-    case AVCOL_SPC_BT2020_CL:
-        coding.kr = 0.2627, coding.kb = 0.0593;
-        break;
-    default: // BT.709, and what has no such shares
-        break;
-    }
+    // BT.709's shares are what is there already, and what a matrix without such shares gets.
+    for (const MatrixShares &each : kMatrixShares)
+        if (each.matrix == format.actualMatrix())
+            coding.kr = each.kr, coding.kb = each.kb;
     coding.fullRange = format.isFullRange();
     coding.transfer = format.transfer;
     coding.primaries = format.primaries;

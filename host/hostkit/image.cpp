@@ -5,6 +5,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "hostkit/error.h"
+
 namespace hostkit {
 namespace {
 
@@ -37,8 +39,7 @@ std::size_t Image::byteCount() const {
 
 void Image::resize(int width, int height) {
     if (width < 1 || height < 1 || width > kLargestSide || height > kLargestSide)
-        throw std::invalid_argument("an image of " + std::to_string(width) + "x" + std::to_string(height) +
-                                    " pixels cannot be made");
+        throw std::invalid_argument("an image of " + sizeText(width, height) + " pixels cannot be made");
     if (width == width_ && height == height_)
         return;
     const int stride = (width * 4 + kRowAlignment - 1) / kRowAlignment * kRowAlignment;

@@ -14,6 +14,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "hostkit/error.h"
+
 namespace hostkit {
 namespace {
 
@@ -119,8 +121,7 @@ long toPixel(double fraction, int extent) {
 
 Mask::Mask(int width, int height) : width_(width), height_(height), firstRow_(height) {
     if (width < 1 || height < 1 || width > kLargestSide || height > kLargestSide)
-        throw std::invalid_argument("a mask of " + std::to_string(width) + "x" + std::to_string(height) +
-                                    " pixels cannot be made");
+        throw std::invalid_argument("a mask of " + sizeText(width, height) + " pixels cannot be made");
     coverage_.resize(offset(height));
 }
 
@@ -143,7 +144,7 @@ void Mask::setRuns(const std::vector<MaskRun> &runs) {
         const long length = plausible ? toPixel(run.length, width_) : 0;
         if (column < 0 || line < 0 || line >= height_ || column + length > width_)
             throw std::invalid_argument("run " + std::to_string(i) + " lies outside of a mask of " +
-                                        std::to_string(width_) + "x" + std::to_string(height_) + " pixels");
+                                        sizeText(width_, height_) + " pixels");
         std::memset(row(static_cast<int>(line)) + column, 255, static_cast<std::size_t>(length));
     }
 }

@@ -25,10 +25,6 @@ bool fits(const software_d3d9::Picture &picture, const Image &frame) {
     return static_cast<int>(picture.width) == frame.width() && static_cast<int>(picture.height) == frame.height();
 }
 
-std::string sizeText(long long width, long long height) {
-    return std::to_string(width) + "x" + std::to_string(height);
-}
-
 } // namespace
 
 void PreviewRenderer::run() {

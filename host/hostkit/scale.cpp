@@ -22,6 +22,13 @@ namespace {
 constexpr int kQuality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP;
 constexpr int kStandardDefinitionHeight = 576;
 
+[[noreturn]] void failConverting(int width, int height, int toWidth, int toHeight) {
+    if (width == toWidth && height == toHeight)
+        throw MediaError("the clip's pixel format cannot be converted");
+    throw MediaError("a picture of " + sizeText(width, height) + " pixels cannot be resampled to " +
+                     sizeText(toWidth, toHeight));
+}
+
 } // namespace
 
 Image scaled(const Image &image, const PixelRect &source, int width, int height) {
@@ -32,8 +39,7 @@ Image scaled(const Image &image, const PixelRect &source, int width, int height)
     const Scaler scaler(sws_getContext(source.width, source.height, AV_PIX_FMT_BGRA, width, height, AV_PIX_FMT_BGRA,
                                        kQuality, nullptr, nullptr, nullptr));
     if (!scaler)
-        throw MediaError("a picture of " + std::to_string(source.width) + "x" + std::to_string(source.height) +
-                         " pixels cannot be resampled");
+        failConverting(source.width, source.height, width, height);
     const std::uint8_t *from[] = {image.row(source.top) + std::ptrdiff_t{source.left} * 4};
     const int fromStride[] = {image.stride()};
     std::uint8_t *to[] = {result.row(0)};
@@ -70,7 +76,7 @@ void FrameConverter::prepare(const Geometry &geometry) {
                                  geometry.targetHeight, static_cast<AVPixelFormat>(geometry.targetFormat), kQuality,
                                  nullptr, nullptr, nullptr));
     if (!scaler_)
-        throw MediaError("the clip's pixel format cannot be converted");
+        failConverting(geometry.sourceWidth, geometry.sourceHeight, geometry.targetWidth, geometry.targetHeight);
     const int *const matrix = sws_getCoefficients(geometry.colors.matrix);
     const int videoRange = geometry.colors.fullRange ? 1 : 0;
     constexpr int kFullRange = 1;

@@ -15,10 +15,6 @@ namespace {
 
 constexpr AVRational kUnit = {1, static_cast<int>(FrameClock::kUnitsPerSecond)};
 
-std::string sizeText(int width, int height) {
-    return std::to_string(width) + "x" + std::to_string(height);
-}
-
 } // namespace
 
 VideoReader::VideoReader(const std::string &path, int width, int height)

@@ -103,8 +103,7 @@ void VideoWriter::open(const std::string &codec, const VideoReader *clip) {
         notKept_.push_back(format_.text() + " (" + codec + " takes " + coded.text() + ")");
     }
     if (encoder_->width != format_.width || encoder_->height != format_.height)
-        notKept_.push_back("the odd size (padded to " + std::to_string(encoder_->width) + "x" +
-                           std::to_string(encoder_->height) + ")");
+        notKept_.push_back("the odd size (padded to " + sizeText(encoder_->width, encoder_->height) + ")");
     setQuality(*encoder_);
     if (const int code = avcodec_open2(encoder_.get(), encoder, nullptr); code < 0)
         fail(code);
@@ -195,32 +194,30 @@ void VideoWriter::encode(const AVFrame *frame) {
 
 void VideoWriter::requireSize(int width, int height) const {
     if (width != format_.width || height != format_.height)
-        throw std::invalid_argument("a frame of " + std::to_string(width) + "x" + std::to_string(height) +
-                                    " pixels does not fit a video of " + std::to_string(format_.width) + "x" +
-                                    std::to_string(format_.height));
+        throw std::invalid_argument("a frame of " + sizeText(width, height) + " pixels does not fit a video of " +
+                                    sizeText(format_.width, format_.height));
 }
 
-void VideoWriter::pad(AVFrame &frame) const {
-    const AVPixFmtDescriptor &pixels = *av_pix_fmt_desc_get(encoder_->pix_fmt);
-    const std::size_t sample = pixels.comp[0].depth > 8 ? 2 : 1;
+template <typename Fill>
+AVFrame &VideoWriter::codedFrame(Fill fill) {
+    if (const int code = av_frame_make_writable(frame_.get()); code < 0)
+        fail(code);
+    AVFrame &frame = *frame_;
+    frame.width = format_.width;
+    frame.height = format_.height;
+    fill(frame, VideoColors{format_.actualMatrix(), format_.isFullRange()});
+    frame.width = encoder_->width;
+    frame.height = encoder_->height;
+    const std::size_t sample = av_pix_fmt_desc_get(encoder_->pix_fmt)->comp[0].depth > 8 ? 2 : 1;
     // Colour samples cover the odd column and row already.
-    padPlane(frame.data[0], frame.linesize[0], sample, format_.width, format_.height, encoder_->width,
-             encoder_->height);
+    padPlane(frame.data[0], frame.linesize[0], sample, format_.width, format_.height, frame.width, frame.height);
+    return frame;
 }
 
 void VideoWriter::write(const Image &image) {
     requireSize(image.width(), image.height());
     clock_.startOf(frames_);
-    if (const int code = av_frame_make_writable(frame_.get()); code < 0)
-        fail(code);
-    // The converter fills the picture's own part of the frame.
-    frame_->width = format_.width;
-    frame_->height = format_.height;
-    converter_.toFrame(image, {format_.actualMatrix(), format_.isFullRange()}, *frame_);
-    frame_->width = encoder_->width;
-    frame_->height = encoder_->height;
-    pad(*frame_);
-    send(*frame_);
+    send(codedFrame([&](AVFrame &frame, const VideoColors &colors) { converter_.toFrame(image, colors, frame); }));
 }
 
 void VideoWriter::write(const AVFrame &frame) {
@@ -233,16 +230,10 @@ void VideoWriter::write(const AVFrame &frame) {
         av_frame_unref(sent_.get());
         return;
     }
-    if (const int code = av_frame_make_writable(frame_.get()); code < 0)
-        fail(code);
-    frame_->width = format_.width;
-    frame_->height = format_.height;
-    converter_.toFrame(frame, {format_.actualMatrix(), format_.isFullRange()}, *frame_);
-    frame_->width = encoder_->width;
-    frame_->height = encoder_->height;
-    pad(*frame_);
-    av_frame_copy_props(frame_.get(), &frame);
-    send(*frame_);
+    AVFrame &coded =
+        codedFrame([&](AVFrame &target, const VideoColors &colors) { converter_.toFrame(frame, colors, target); });
+    av_frame_copy_props(&coded, &frame);
+    send(coded);
 }
 
 void VideoWriter::send(AVFrame &frame) {

@@ -57,8 +57,10 @@ class VideoWriter {
     void describe(AVCodecContext &encoder) const;
     void openFile(const VideoReader *clip);
     void requireSize(int width, int height) const;
-    /// Repeats the last column and row of a frame that was filled up to its own size.
-    void pad(AVFrame &frame) const;
+    /// A frame in the encoder's format, which `fill(frame, colors)` fills up to the clip's size. Beyond, the last
+    /// column and row stand again.
+    template <typename Fill>
+    AVFrame &codedFrame(Fill fill);
     void send(AVFrame &frame);
     void encode(const AVFrame *frame);
     [[noreturn]] void fail(int code) const;

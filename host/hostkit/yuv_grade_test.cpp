@@ -8,53 +8,10 @@
 
 #include "hostkit/float_lanes.h"
 #include "hostkit/grade.h"
+#include "hostkit/testing/test_frame.h"
 
 namespace hostkit {
 namespace {
-
-/// A frame with memory of its own, filled with noise.
-struct Frame {
-    std::vector<std::uint16_t> memory[3];
-    Planes planes;
-
-    Frame(int width, int height, int shiftX, int shiftY, int depth) {
-        std::mt19937 random(20261122);
-        planes.width = width;
-        planes.height = height;
-        planes.shiftX = shiftX;
-        planes.shiftY = shiftY;
-        planes.depth = depth;
-        for (int i = 0; i < 3; ++i) {
-            const int columns = i == 0 ? width : planes.chromaWidth();
-            const int rows = i == 0 ? height : planes.chromaHeight();
-            memory[i].resize(static_cast<std::size_t>(columns * rows));
-            planes.data[i] = reinterpret_cast<std::uint8_t *>(memory[i].data());
-            planes.stride[i] = 2 * columns;
-            for (int y = 0; y < rows; ++y)
-                for (int x = 0; x < columns; ++x)
-                    set(i, x, y, static_cast<int>(random() % (1U << depth)));
-        }
-    }
-    int get(int plane, int x, int y) const {
-        const std::uint8_t *const row = planes.data[plane] + y * planes.stride[plane];
-        return planes.depth > 8 ? reinterpret_cast<const std::uint16_t *>(row)[x] : row[x];
-    }
-    void set(int plane, int x, int y, int code) {
-        std::uint8_t *const row = planes.data[plane] + y * planes.stride[plane];
-        if (planes.depth > 8)
-            reinterpret_cast<std::uint16_t *>(row)[x] = static_cast<std::uint16_t>(code);
-        else
-            row[x] = static_cast<std::uint8_t>(code);
-    }
-    void fill(int luma, int cb, int cr) {
-        for (int y = 0; y < planes.height; ++y)
-            for (int x = 0; x < planes.width; ++x) {
-                set(0, x, y, luma);
-                set(1, x >> planes.shiftX, y >> planes.shiftY, cb);
-                set(2, x >> planes.shiftX, y >> planes.shiftY, cr);
-            }
-    }
-};
 
 Mask fullMask(int width, int height) {
     Mask mask(width, height);
@@ -71,7 +28,7 @@ TEST(YuvGrade, NeutralLeavesEveryCodeAsItIs) {
         for (const auto &[shiftX, shiftY] : {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 1}})
             for (const bool fullRange : {false, true})
                 for (const int transfer : {1, 4, 8, 16, 18}) {
-                    Frame frame(71, 33, shiftX, shiftY, depth);
+                    TestFrame frame(71, 33, shiftX, shiftY, depth);
                     frame.planes.coding.fullRange = fullRange;
                     frame.planes.coding.transfer = transfer;
                     if (transfer == 16)
@@ -92,7 +49,7 @@ TEST(YuvGrade, NeutralLeavesEveryCodeAsItIs) {
 
 TEST(YuvGrade, AStopIsAStopAtEveryDepth) {
     for (const int depth : {8, 10, 12}) {
-        Frame frame(40, 8, 1, 1, depth);
+        TestFrame frame(40, 8, 1, 1, depth);
         const int unit = 1 << (depth - 8);
         frame.fill(110 * unit, 128 * unit, 128 * unit);
         Grade(1, 1).applyInside(frame.planes, fullMask(40, 8));
@@ -103,7 +60,7 @@ TEST(YuvGrade, AStopIsAStopAtEveryDepth) {
 }
 
 TEST(YuvGrade, FullRangeHasItsOwnBlackAndWhite) {
-    Frame frame(40, 8, 1, 1, 8);
+    TestFrame frame(40, 8, 1, 1, 8);
     frame.planes.coding.fullRange = true;
     frame.fill(100, 128, 128);
     Grade(1, 1).applyInside(frame.planes, fullMask(40, 8));
@@ -111,7 +68,7 @@ TEST(YuvGrade, FullRangeHasItsOwnBlackAndWhite) {
 }
 
 TEST(YuvGrade, WithoutSaturationColourIsGone) {
-    Frame frame(70, 20, 1, 1, 10);
+    TestFrame frame(70, 20, 1, 1, 10);
     // Colours that a display can show: what is outside of its range stays there.
     for (int y = 0; y < 20; ++y)
         for (int x = 0; x < 70; ++x) {
@@ -129,8 +86,8 @@ TEST(YuvGrade, WithoutSaturationColourIsGone) {
 
 TEST(YuvGrade, OnlyWhatIsCoveredChanges) {
     for (const int shift : {0, 1}) {
-        Frame frame(200, 40, shift, shift, 8);
-        Frame before = frame;
+        TestFrame frame(200, 40, shift, shift, 8);
+        TestFrame before = frame;
         Mask mask(200, 40);
         for (int y = 10; y < 13; ++y)
             std::fill_n(mask.row(y) + 70, 30, std::uint8_t{255});
@@ -153,7 +110,7 @@ TEST(YuvGrade, OnlyWhatIsCoveredChanges) {
 }
 
 TEST(YuvGrade, FieldsAreGradedApart) {
-    Frame frame(16, 8, 1, 1, 8);
+    TestFrame frame(16, 8, 1, 1, 8);
     frame.planes.interlaced = true;
     frame.fill(110, 100, 160);
     Mask mask(16, 8);
@@ -168,7 +125,7 @@ TEST(YuvGrade, FieldsAreGradedApart) {
 }
 
 TEST(YuvGrade, SizesHaveToAgree) {
-    Frame frame(16, 8, 1, 1, 8);
+    TestFrame frame(16, 8, 1, 1, 8);
     EXPECT_THROW(Grade(0, 1).applyInside(frame.planes, Mask(15, 8)), std::invalid_argument);
 }
 

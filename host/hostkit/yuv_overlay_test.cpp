@@ -7,27 +7,17 @@
 
 #include <gtest/gtest.h>
 
+#include "hostkit/testing/test_frame.h"
+
 namespace hostkit {
 namespace {
 
-struct Frame {
-    std::vector<std::uint8_t> memory[3];
-    Planes planes;
-
-    Frame(int width, int height, int shift) {
-        planes.width = width;
-        planes.height = height;
-        planes.shiftX = planes.shiftY = shift;
-        const std::uint8_t grey[] = {90, 128, 128};
-        for (int i = 0; i < 3; ++i) {
-            const int columns = i == 0 ? width : planes.chromaWidth();
-            memory[i].assign(static_cast<std::size_t>(columns * (i == 0 ? height : planes.chromaHeight())), grey[i]);
-            planes.data[i] = memory[i].data();
-            planes.stride[i] = columns;
-        }
-    }
-    int get(int plane, int x, int y) const { return planes.data[plane][y * planes.stride[plane] + x]; }
-};
+/// Evenly grey.
+TestFrame greyFrame(int width, int height, int shift) {
+    TestFrame frame(width, height, shift, shift, 8);
+    frame.fill(90, 128, 128);
+    return frame;
+}
 
 /// Blue, green, red, alpha.
 void mark(std::vector<BYTE> &overlay, int width, int x, int y, const BYTE (&color)[4]) {
@@ -38,7 +28,7 @@ constexpr BYTE kRed[4] = {0, 0, 255, 255};
 constexpr BYTE kHalfWhite[4] = {255, 255, 255, 128};
 
 TEST(YuvOverlay, FullAlphaIsTheMarksOwnColour) {
-    Frame frame(37, 9, 0);
+    TestFrame frame = greyFrame(37, 9, 0);
     std::vector<BYTE> overlay(37 * 9 * 4);
     mark(overlay, 37, 36, 8, kRed);
     compositeOverlay(frame.planes, overlay.data(), 37 * 4);
@@ -51,7 +41,7 @@ TEST(YuvOverlay, FullAlphaIsTheMarksOwnColour) {
 }
 
 TEST(YuvOverlay, AlphaMixesCodes) {
-    Frame frame(8, 2, 0);
+    TestFrame frame = greyFrame(8, 2, 0);
     std::vector<BYTE> overlay(8 * 2 * 4);
     mark(overlay, 8, 3, 1, kHalfWhite);
     compositeOverlay(frame.planes, overlay.data(), 32);
@@ -61,7 +51,7 @@ TEST(YuvOverlay, AlphaMixesCodes) {
 
 TEST(YuvOverlay, AColourSampleIsTheMeanOfItsPixels) {
     for (const int width : {16, 17}) {
-        Frame frame(width, 3, 1);
+        TestFrame frame = greyFrame(width, 3, 1);
         std::vector<BYTE> overlay(static_cast<std::size_t>(width * 3 * 4));
         mark(overlay, width, 0, 0, kRed);
         // The last sample of an odd picture stands for one pixel.
@@ -75,7 +65,7 @@ TEST(YuvOverlay, AColourSampleIsTheMeanOfItsPixels) {
 }
 
 TEST(YuvOverlay, FieldsHaveColoursOfTheirOwn) {
-    Frame frame(8, 8, 1);
+    TestFrame frame = greyFrame(8, 8, 1);
     frame.planes.interlaced = true;
     std::vector<BYTE> overlay(8 * 8 * 4);
     mark(overlay, 8, 4, 2, kRed);
@@ -95,9 +85,8 @@ TEST(YuvOverlay, BlocksOfOneColourAreAsTheirPixels) {
             for (int y = 0; y < kHeight; ++y)
                 for (int x = 0; x < kWidth; ++x)
                     mark(overlay, kWidth, x, y, ink);
-            Frame blocks(kWidth, kHeight, shift), pixels(kWidth, kHeight, shift);
-            for (std::size_t i = 0; i < blocks.memory[0].size(); ++i)
-                blocks.memory[0][i] = pixels.memory[0][i] = static_cast<std::uint8_t>(i);
+            // Two times the same noise.
+            TestFrame blocks(kWidth, kHeight, shift, shift, 8), pixels(kWidth, kHeight, shift, shift, 8);
             compositeOverlay(blocks.planes, overlay.data(), kWidth * 4);
             // Another first column, and no block is of one colour.
             for (int y = 0; y < kHeight; ++y)
@@ -117,7 +106,7 @@ TEST(YuvOverlay, BlocksOfOneColourAreAsTheirPixels) {
 
 TEST(YuvOverlay, WhatIsTransparentHasNoColour) {
     constexpr BYTE kUnseen[4] = {10, 200, 30, 0};
-    Frame frame(32, 2, 1);
+    TestFrame frame = greyFrame(32, 2, 1);
     std::vector<BYTE> overlay(32 * 2 * 4);
     for (int x = 0; x < 31; ++x)
         mark(overlay, 32, x, 1, kUnseen);

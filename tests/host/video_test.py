@@ -115,6 +115,8 @@ class RefusalTest(HostTest):
     def test_what_is_not_a_video(self):
         self.assertRefused('/nowhere/clip.mp4', 'does not exist')
         self.assertRefused(self.folder, 'is a folder, not a video')
+        os.mkfifo(self.path('pipe.mp4'))
+        self.assertRefused(self.path('pipe.mp4'), 'is a pipe or a device: save it to a file first')
         self.assertRefused(self.write('empty.mp4', ''), 'is not a video: its format is unknown')
         self.assertRefused(self.write('noise.mp4', 'x' * 5000), 'is not a video: its format is unknown')
         self.assertRefused(self.write('letter.txt', 'Dear reader,\n' * 50), 'is not a video: it holds a still picture or text')
