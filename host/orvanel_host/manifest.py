@@ -42,7 +42,7 @@ def _record(path, advance):
     return _FOLDER if stat.S_ISDIR(status.st_mode) else '%s %s' % (_size_and_time(status), _digest(path, advance))
 
 
-def _is_as_recorded(path, record):
+def _is_as_recorded(path, record, advance):
     status = os.lstat(path)
     if stat.S_ISDIR(status.st_mode):
         return record == _FOLDER
@@ -51,7 +51,7 @@ def _is_as_recorded(path, record):
     known, _, digest = record.rpartition(' ')
     # A copy or a file system with coarse times has another time; it is the same file all the same.
     return known == _size_and_time(status) or (
-        known.split(' ')[0] == '%d' % status.st_size and digest == _digest(path, lambda: None))
+        known.split(' ')[0] == '%d' % status.st_size and digest == _digest(path, advance))
 
 
 def digest_steps(folder, names):
@@ -85,22 +85,22 @@ class Manifest(object):
         except (EnvironmentError, ValueError, KeyError, TypeError, AttributeError, RuntimeError):
             return {}
 
-    def foreign(self, name):
+    def foreign(self, name, advance):
         """What stands under the name of a result and was not made by this host, or not as it is now: names, of a folder
-        that is foreign as a whole only its own."""
+        that is foreign as a whole only its own. `advance` is called after each megabyte that has to be read for that."""
         if name == FILE:
             return [] if self._records or not os.path.lexists(os.path.join(self._folder, FILE)) else [FILE]
         path = os.path.join(self._folder, name)
         if not os.path.lexists(path):
             return []
         try:
-            if not _is_as_recorded(path, self._records.get(name)):
+            if not _is_as_recorded(path, self._records.get(name), advance):
                 return [name]
             entries = sorted(os.listdir(path)) if os.path.isdir(path) else ()
         except EnvironmentError:
             # What cannot be looked at is nothing to replace.
             return [name]
-        return [found for entry in entries for found in self.foreign(os.path.join(name, entry))]
+        return [found for entry in entries for found in self.foreign(os.path.join(name, entry), advance)]
 
     def replaced_by(self, records):
         """The text of a manifest with these records in the place of what they replace. It names nothing that is not there

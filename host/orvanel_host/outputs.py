@@ -129,7 +129,8 @@ class OutputFolder(object):
         if self._force:
             return
         manifest = Manifest(self.path)
-        foreign = [found for name in list(names) + [MANIFEST] for found in manifest.foreign(name)]
+        with progress('comparing', unit='MB') as advance:
+            foreign = [found for name in list(names) + [MANIFEST] for found in manifest.foreign(name, advance)]
         if foreign:
             raise HostError("'%s' holds what this host did not make, or not as it is now: %s; choose another folder with "
                             '--out, or replace it with --force' % (self.path, listed(foreign)))

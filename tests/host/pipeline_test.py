@@ -5,7 +5,7 @@ import random
 import threading
 import unittest
 
-from orvanel_host import clipindex, hostkit, job, progress, render
+from orvanel_host import clipindex, hostkit, job
 
 from renderer_support import FRAMES, FULL_SPEED, RendererTest, SIZE
 from support import HostTest, clock_of, read_grey_png, simple_edit, write_clip
@@ -79,6 +79,46 @@ class PipelineTest(RendererTest):
             with self.assertRaises(RuntimeError) as caught:
                 self.submit(pipeline, 0)
             self.assertEqual(str(caught.exception), 'the pipeline is closed')
+
+    def hold_mask(self, name):
+        """Whoever writes that mask waits until somebody reads it, or the test ends."""
+        os.mkfifo(self.path(name))
+        self.addCleanup(lambda: os.close(os.open(self.path(name), os.O_RDONLY | os.O_NONBLOCK)))
+
+    def test_a_thread_that_waits_does_not_keep_the_others(self):
+        """What one frame waits for, here somebody who takes its mask, the frames before it and after it do not."""
+        pipeline = self.pipeline()
+        self.hold_mask('0004.png')
+        # The fifth frame's mask waits; two more orders fit between the threads.
+        for number in range(7):
+            self.submit(pipeline, number)
+        self.wait_for(lambda: pipeline.framesDone() == 4)
+        with open(self.path('0004.png'), 'rb') as stream:
+            self.assertTrue(stream.read().startswith(b'\x89PNG'))
+        for number in range(7, FRAMES):
+            self.submit(pipeline, number)
+        self.end(pipeline)
+        self.assertEqual(pipeline.framesDone(), FRAMES)
+
+    def test_whoever_is_ahead_waits(self):
+        """However slow one thread is: the frames and orders that wait for it are few."""
+        pipeline, submitted = self.pipeline(), []
+        self.hold_mask('0000.png')
+
+        def submit_all():
+            for number in range(FRAMES):
+                self.submit(pipeline, number)
+                submitted.append(number)
+        thread = threading.Thread(target=submit_all)
+        thread.start()
+        # One order is at work and two wait; the fourth does not get in before the mask was taken.
+        self.wait_for(lambda: len(submitted) == 3)
+        with open(self.path('0000.png'), 'rb') as stream:
+            self.assertEqual(len(submitted), 3)
+            stream.read()
+        thread.join()
+        self.end(pipeline)
+        self.assertEqual(pipeline.framesDone(), FRAMES)
 
     def test_a_pipeline_that_nobody_closes(self):
         pipeline = self.pipeline()
@@ -191,28 +231,6 @@ class IndexTest(HostTest):
             quick = clipindex.read(clip, reader)
             self.assertEqual((quick.promised, quick.missing, quick.is_reliable), (23, 0, True))
             self.assertEqual(list(quick.positions), clipindex.decoded(clip, reader, quick).positions)
-
-
-class ProgressTest(HostTest):
-
-    def test_every_stage_that_can_be_long_shows_how_far_it_is(self):
-        clip, shown = self.path('clip.mp4'), []
-        write_clip(clip, 6)
-        original = progress.progress
-
-        def watched(what, total=None, unit='frames'):
-            shown.append(what)
-            return original(what, total, unit)
-        modules = [module for module in (clipindex, render, job.selection, __import__('orvanel_host.replay', fromlist=['replay']))
-                   if hasattr(module, 'progress')]
-        for module in modules:
-            module.progress = watched
-        try:
-            job.run(clip, self.write_edit(simple_edit()), self.path('out'), None, 'h264')
-        finally:
-            for module in modules:
-                module.progress = original
-        self.assertEqual(shown, ['reading', 'replaying', 'rendering', 'finishing'])
 
 
 class MaskPictureTest(HostTest):

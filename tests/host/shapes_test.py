@@ -78,6 +78,13 @@ class SoundTest(KindsTest):
         ffmpeg('-i', self.with_sound('sound.mp4', 'aac'), '-i', text, '-c', 'copy', '-c:s', 'srt', clip)
         self.assertEqual(self.render(clip)[1], 'subtitles')
 
+    def test_titles_are_kept_and_chapters_and_further_videos_named(self):
+        chapters = self.write('chapters.txt', ';FFMETADATA1\ntitle=Lift-off\n[CHAPTER]\nTIMEBASE=1/1\nSTART=0\nEND=1\n')
+        clip, source = self.path('clip.mkv'), self.with_sound('sound.mp4', 'aac')
+        ffmpeg('-i', source, '-i', chapters, '-map', '0:v', '-map', '0:v', '-map_metadata', '1', '-c', 'copy', clip)
+        self.assertEqual(self.render(clip)[1], 'further video streams; chapters')
+        self.assertIn('title           : Lift-off', ffmpeg('-i', self.graded, '-f', 'null', '-'))
+
 
 if __name__ == '__main__':
     unittest.main()
