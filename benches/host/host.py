@@ -4,11 +4,13 @@
 The two take turns in one run; a side's figure is its best turn. Time is the wall clock's, which is what a person waits for;
 processor time stands beside it because it hardly depends on what else the machine does. Peak memory is that of each process.
 Clips are the rocket launch, enlarged, with the grain that cameras have; without it, a test picture. Accepts Google
-Benchmark's --benchmark_out, --benchmark_filter and --benchmark_repetitions."""
+Benchmark's --benchmark_out, --benchmark_filter and --benchmark_repetitions, and --document FILE, which puts the table
+between two marks of that page."""
 
 import argparse
 import json
 import os
+import platform
 import re
 import shutil
 import subprocess
@@ -20,6 +22,9 @@ SIZES = (('640x360', 640, 360, 240), ('1080p', 1920, 1080, 240), ('UHD', 3840, 2
 SOURCE = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..')
 CLIP = os.path.join(SOURCE, 'build', 'clip', 'oa4_launch.webm')
 MOST = 1.15
+COLUMNS = ('clip', 'frames', 'plain ms/frame', 'host ms/frame', 'ratio', 'processor ratio', 'plain MB', 'host MB')
+# Where a page has the table.
+BEGIN, END = '<!-- ./bench host -->', '<!-- end -->'
 ENCODER = ['-c:v', 'libx264', '-preset', 'veryfast', '-crf', '18']
 
 
@@ -50,39 +55,76 @@ def sides(clip):
             ('host', [sys.executable, '-B', '-m', 'orvanel_host', '--clip', clip, '--out', 'out', '--force']))
 
 
+def compared(folder, name, width, height, frames, repetitions):
+    """The best turn of each side: pairs of name and measured()."""
+    clip = make_clip(folder, name, width, height, frames)
+    best = {}
+    for _ in range(repetitions):
+        for side, command in sides(clip):
+            turn = measured(command, folder)
+            best[side] = tuple(min(pair) for pair in zip(turn, best.get(side, turn)))
+    return best['plain'], best['host']
+
+
+def row_of(name, frames, plain, host):
+    return (name, '%d' % frames, '%.2f' % (plain[0] * 1000 / frames), '%.2f' % (host[0] * 1000 / frames),
+            '%.2f' % (host[0] / plain[0]), '%.2f' % (host[1] / plain[1]), '%.0f' % plain[2], '%.0f' % host[2])
+
+
+def results_of(name, frames, plain, host):
+    """The same for Google Benchmark's readers."""
+    for side, (wall, processor, memory) in (('plain', plain), ('host', host)):
+        yield {'name': '%s/%s' % (name, side), 'real_time': wall * 1000 / frames, 'cpu_time': processor * 1000 / frames,
+               'time_unit': 'ms', 'peak_mb': memory}
+    yield {'name': '%s/ratio' % name, 'ratio': host[0] / plain[0], 'cpu_ratio': host[1] / plain[1]}
+
+
+def processor_name():
+    with open('/proc/cpuinfo') as stream:
+        names = re.findall(r'^model name\s*: (.*)$', stream.read(), re.MULTILINE)
+    return '%s, %d processors' % (names[0] if names else platform.machine(), len(names) or 1)
+
+
+def circumstances():
+    commit = subprocess.check_output(['git', '-C', SOURCE, 'rev-parse', '--short', 'HEAD']).strip()
+    return '%s; load %.1f when it ended; %s, commit %s' % (processor_name(), os.getloadavg()[0], time.strftime('%Y-%m-%d'), commit)
+
+
+def write_document(path, rows):
+    with open(path) as stream:
+        text = stream.read()
+    lines = ['| %s |' % ' | '.join(COLUMNS), '|---' * len(COLUMNS) + '|'] + ['| %s |' % ' | '.join(row) for row in rows]
+    begin, end = text.index(BEGIN) + len(BEGIN), text.index(END)
+    with open(path, 'w') as stream:
+        stream.write('%s\n%s\n\n%s.\n%s' % (text[:begin], '\n'.join(lines), circumstances(), text[end:]))
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument('--benchmark_out')
     parser.add_argument('--benchmark_out_format')
     parser.add_argument('--benchmark_filter', default='')
     parser.add_argument('--benchmark_repetitions', type=int, default=3)
+    parser.add_argument('--document')
     options = parser.parse_args()
 
     folder = tempfile.mkdtemp(prefix='orvanel-bench-')
-    results = []
+    rows, results = [], []
+    layout = '%-8s %8s %16s %16s %8s %17s %10s %9s'
     try:
-        print '%-8s %6s %12s %12s %8s %12s %10s %10s' % (
-            'clip', 'frames', 'plain ms/f', 'host ms/f', 'ratio', 'CPU ratio', 'plain MB', 'host MB')
+        print layout % COLUMNS
         for name, width, height, frames in SIZES:
             if not re.search(options.benchmark_filter, name):
                 continue
-            clip = make_clip(folder, name, width, height, frames)
-            best = {}
-            for _ in range(options.benchmark_repetitions):
-                for side, command in sides(clip):
-                    turn = measured(command, folder)
-                    best[side] = tuple(min(pair) for pair in zip(turn, best.get(side, turn)))
-            plain, host = best['plain'], best['host']
-            ratio = host[0] / plain[0]
-            print '%-8s %6d %12.2f %12.2f %8.3f %12.3f %10.0f %10.0f%s' % (
-                name, frames, plain[0] * 1000 / frames, host[0] * 1000 / frames, ratio, host[1] / plain[1], plain[2], host[2],
-                '  (more than %.2f)' % MOST if name == '1080p' and ratio > MOST else '')
-            for side in best:
-                results.append({'name': '%s/%s' % (name, side), 'real_time': best[side][0] * 1000 / frames,
-                                'cpu_time': best[side][1] * 1000 / frames, 'time_unit': 'ms', 'peak_mb': best[side][2]})
-            results.append({'name': '%s/ratio' % name, 'ratio': ratio, 'cpu_ratio': host[1] / plain[1]})
+            plain, host = compared(folder, name, width, height, frames, options.benchmark_repetitions)
+            rows.append(row_of(name, frames, plain, host))
+            results.extend(results_of(name, frames, plain, host))
+            print layout % rows[-1] + ('  (more than %.2f)' % MOST if name == '1080p' and host[0] / plain[0] > MOST else '')
+            sys.stdout.flush()
     finally:
         shutil.rmtree(folder)
+    if options.document:
+        write_document(options.document, rows)
     if options.benchmark_out:
         with open(options.benchmark_out, 'w') as stream:
             json.dump({'benchmarks': results}, stream, indent=1)
