@@ -23,11 +23,20 @@ def streams(path, *options):
     return json.loads(subprocess.check_output(command, env=plain_environment()))['streams']
 
 
+def _frames(path):
+    command = ['ffprobe', '-v', 'error', '-select_streams', 'v:0', '-show_frames', '-of', 'json', path]
+    return json.loads(subprocess.check_output(command, env=plain_environment()))['frames']
+
+
 def fields(path):
     """The set of (interlaced, top field first) of the frames."""
-    command = ['ffprobe', '-v', 'error', '-select_streams', 'v:0', '-show_frames', '-of', 'json', path]
-    frames = json.loads(subprocess.check_output(command, env=plain_environment()))['frames']
-    return set((frame['interlaced_frame'], frame['top_field_first']) for frame in frames)
+    return set((frame['interlaced_frame'], frame['top_field_first']) for frame in _frames(path))
+
+
+def times(path):
+    """The times of the frames in seconds, from the first one on."""
+    found = [float(frame['best_effort_timestamp_time']) for frame in _frames(path)]
+    return [time - found[0] for time in found]
 
 
 def make_clip(path, frames=12, size='160x96', pixels='yuv420p', source='testsrc2', filters='null', encoder=(), before=(),

@@ -2,7 +2,7 @@
 """Clips of every shape, and with sound, through the whole job."""
 import unittest
 
-from clips import chroma_psnr, ffmpeg, make_clip, streams
+from clips import chroma_psnr, ffmpeg, make_clip, streams, times
 from kinds import KindsTest, NEUTRAL
 
 
@@ -39,6 +39,18 @@ class ShapeTest(KindsTest):
         turned = self.path('turned.mp4')
         ffmpeg('-i', clip, '-c', 'copy', '-metadata:s:v:0', 'rotate=90', turned)
         self.assertEqual(self.render(turned)[0][0]['sample_aspect_ratio'], '11:16')
+
+    def test_every_frame_keeps_its_time(self):
+        # Two of three frames, as a screen is recorded that changes now and then.
+        clip = make_clip(self.path('clip.mkv'), frames=16, filters=r"select='mod(n\,3)'", before=('-vsync', 'vfr'))
+        expected = times(clip)
+        self.assertAlmostEqual(expected[2] - expected[1], 2 * (expected[1] - expected[0]), delta=0.004)
+        for codec in ('h264', 'vp9'):
+            self.render(clip, codec)
+            kept = times(self.graded)
+            self.assertEqual(len(kept), 16)
+            for before, after in zip(expected, kept):
+                self.assertAlmostEqual(before, after, delta=0.0011)
 
     def test_masks_have_the_size_of_an_odd_video(self):
         for pixels, codec, size in (('yuv420p', 'h264', (102, 76)), ('yuv422p', 'h264', (102, 75)),
