@@ -249,17 +249,18 @@ for attempt in range(100):
 print 'done'
 """)
 
-    def test_with_the_last_of_several_holders(self):
+    def test_while_others_wait_for_it(self):
         self.survives(self._LEAVING + """
-for unlocks_last in (False, True):
+for attempt in range(10):
     editor, gone = watched()
     thread, go = leaving(editor)
-    waiting = Holder(editor)
+    others = [Holder(editor) for number in range(3)]
+    time.sleep(0.01 * (attempt % 3))
     o.delete_Orvanel(editor)
+    for other in others: other.go.set()
     go.set()
-    assert ends(thread) and waiting.locked.wait(60)
-    assert not gone.is_set()
-    assert waiting.unlock() and gone.wait(60)
+    assert ends(thread) and all(other.unlock() for other in others)
+    assert gone.wait(60) and is_refused(editor)
 print 'done'
 """)
 
