@@ -15,7 +15,7 @@ import sys
 import time
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-BENCHES = ('mask', 'canvas', 'editor', 'fitting', 'frame', 'drag', 'growth', 'holds', 'calls', 'host')
+BENCHES = ('mask', 'canvas', 'editor', 'fitting', 'frame', 'drag', 'growth', 'holds', 'calls', 'host', 'grading')
 #: What is slower under Wine by more than this is explained.
 LIMIT = 1.3
 MOST_ROWS = 36

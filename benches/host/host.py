@@ -87,16 +87,21 @@ def processor_name():
 
 def circumstances():
     commit = subprocess.check_output(['git', '-C', SOURCE, 'rev-parse', '--short', 'HEAD']).strip()
-    return '%s; load %.1f when it ended; %s, commit %s' % (processor_name(), os.getloadavg()[0], time.strftime('%Y-%m-%d'), commit)
+    return '%s; load %.1f when it ended; %s, commit %s' % (
+        processor_name(), os.getloadavg()[0], time.strftime('%Y-%m-%d'), commit)
+
+
+def table(rows):
+    head = [COLUMNS, ('---',) * len(COLUMNS)]
+    return ''.join('| %s |\n' % ' | '.join(row) for row in head + rows)
 
 
 def write_document(path, rows):
     with open(path) as stream:
         text = stream.read()
-    lines = ['| %s |' % ' | '.join(COLUMNS), '|---' * len(COLUMNS) + '|'] + ['| %s |' % ' | '.join(row) for row in rows]
     begin, end = text.index(BEGIN) + len(BEGIN), text.index(END)
     with open(path, 'w') as stream:
-        stream.write('%s\n%s\n\n%s.\n%s' % (text[:begin], '\n'.join(lines), circumstances(), text[end:]))
+        stream.write('%s\n%s\n%s.\n%s' % (text[:begin], table(rows), circumstances(), text[end:]))
 
 
 def main():
@@ -119,7 +124,8 @@ def main():
             plain, host = compared(folder, name, width, height, frames, options.benchmark_repetitions)
             rows.append(row_of(name, frames, plain, host))
             results.extend(results_of(name, frames, plain, host))
-            print layout % rows[-1] + ('  (more than %.2f)' % MOST if name == '1080p' and host[0] / plain[0] > MOST else '')
+            is_too_slow = name == '1080p' and host[0] / plain[0] > MOST
+            print layout % rows[-1] + ('  (more than %.2f)' % MOST if is_too_slow else '')
             sys.stdout.flush()
     finally:
         shutil.rmtree(folder)
@@ -127,7 +133,7 @@ def main():
         write_document(options.document, rows)
     if options.benchmark_out:
         with open(options.benchmark_out, 'w') as stream:
-            json.dump({'benchmarks': results}, stream, indent=1)
+            json.dump({'benchmarks': results, 'section': table(rows)}, stream, indent=1)
 
 
 if __name__ == '__main__':
