@@ -3,6 +3,7 @@
 import os
 import random
 import threading
+import time
 import unittest
 
 from orvanel_host import clipindex, hostkit, job
@@ -82,8 +83,12 @@ class PipelineTest(RendererTest):
 
     def hold_mask(self, name):
         """Whoever writes that mask waits until somebody reads it, or the test ends."""
+        def release():
+            reader = os.open(self.path(name), os.O_RDONLY | os.O_NONBLOCK)
+            os.unlink(self.path(name))
+            os.close(reader)
         os.mkfifo(self.path(name))
-        self.addCleanup(lambda: os.close(os.open(self.path(name), os.O_RDONLY | os.O_NONBLOCK)))
+        self.addCleanup(release)
 
     def test_a_thread_that_waits_does_not_keep_the_others(self):
         """What one frame waits for, here somebody who takes its mask, the frames before it and after it do not."""
@@ -103,18 +108,22 @@ class PipelineTest(RendererTest):
     def test_whoever_is_ahead_waits(self):
         """However slow one thread is: the frames and orders that wait for it are few."""
         pipeline, submitted = self.pipeline(), []
-        self.hold_mask('0000.png')
 
         def submit_all():
             for number in range(FRAMES):
                 self.submit(pipeline, number)
                 submitted.append(number)
         thread = threading.Thread(target=submit_all)
+        # The mask is released first, whatever happens.
+        self.addCleanup(lambda: thread.ident and thread.join())
+        self.hold_mask('0000.png')
         thread.start()
-        # One order is at work and two wait; the fourth does not get in before the mask was taken.
-        self.wait_for(lambda: len(submitted) == 3)
+        # One order is at work and two wait; the fourth does not get in before the mask is taken. The pause is a chance for
+        # it to get in wrongly.
+        self.wait_for(lambda: len(submitted) >= 3)
+        time.sleep(0.1)
+        self.assertEqual(len(submitted), 3)
         with open(self.path('0000.png'), 'rb') as stream:
-            self.assertEqual(len(submitted), 3)
             stream.read()
         thread.join()
         self.end(pipeline)
