@@ -6,7 +6,7 @@
 #   ./bench NAME [ARG...]            runs one; arguments are the bench's own (--benchmark_filter=... and the like)
 #   ./bench all                      runs every one
 #   ./bench --windows NAME [ARG...]  runs one here and, cross-built, under Wine, in turns, and prints the ratios; or all
-#   ./bench --document               runs every one both ways and writes docs/performance.md
+#   ./bench --document [NAME...]     runs every one both ways and writes docs/performance.md; with names, those anew
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup/common.sh"
 cd "$ORVANEL_ROOT"
@@ -18,12 +18,12 @@ case ${1:-} in
     exit 0
     ;;
 --windows) WINDOWS=1 && shift ;;
---document) WINDOWS=1 DOCUMENT=1 && set -- all ;;
+--document) WINDOWS=1 DOCUMENT=1 && shift ;;
 esac
 
 CONFIGURE_OPTIONS=(-DORVANEL_BENCH=ON)
 # How often the two systems take turns; the better turn counts.
-TURNS=2
+TURNS=${ORVANEL_BENCH_TURNS:-2}
 
 # configure PRESET: prints nothing unless it fails.
 configure() {
@@ -54,16 +54,17 @@ component() { scripts/wine-run regsvr32 /s ${1:+/u} "Z:$ORVANEL_ROOT/build/windo
 
 # both NAME [ARG...]: in turns here and under Wine; each turn's output goes to a file.
 both() {
-    local name=$1 turn out preset
+    local name=$1 turn out preset turns=$TURNS
     shift
+    has "$name" "$windows_names" || turns=1
     # What each repetition took, so that the best can be looked for.
     is_script "$name" || set -- --benchmark_report_aggregates_only=false "$@"
     rm -f build/bench/"$name".json build/bench/*/"$name".*.json
-    for ((turn = 1; turn <= TURNS; ++turn)); do
+    for ((turn = 1; turn <= turns; ++turn)); do
         for preset in release windows; do
             [ "$preset" = windows ] && ! has "$name" "$windows_names" && continue
             out=build/bench/$preset/$name.$turn
-            say "bench $name: running, $preset, turn $turn of $TURNS (output: $out.log)"
+            say "bench $name: running, $preset, turn $turn of $turns (output: $out.log)"
             if ! run "$preset" "$name" "$out.json" "$@" >"$out.log" 2>&1; then
                 tail -n 20 "$out.log" >&2
                 # A bench that misses a target of its own says so and has its figures all the same.
@@ -71,7 +72,7 @@ both() {
             fi
         done
     done
-    cp "build/bench/release/$name.$TURNS.json" "build/bench/$name.json"
+    cp "build/bench/release/$name.$turns.json" "build/bench/$name.json"
     build/python27/bin/python2.7 -B scripts/bench_page.py ratios "$name"
 }
 
@@ -81,7 +82,7 @@ mkdir -p build/bench/release build/bench/windows
 configure release
 names=$(names_of release | tr '\n' ' ')
 windows_names=''
-if [ $# -eq 0 ]; then
+if [ $# -eq 0 ] && [ -z "$DOCUMENT" ]; then
     printf 'benches: %s\n' "${names:-none}"
     exit 0
 fi
@@ -95,9 +96,15 @@ if [ -n "$WINDOWS" ]; then
     sed 's/^/  /' build/windows/bench/left-out.txt
 fi
 
-wanted=("$1")
-[ "$1" = all ] && read -r -a wanted <<<"$names"
-shift
+if [ -n "$DOCUMENT" ]; then
+    wanted=("$@")
+    set --
+    [ ${#wanted[@]} -gt 0 ] || read -r -a wanted <<<"$names"
+else
+    wanted=("$1")
+    [ "$1" = all ] && read -r -a wanted <<<"$names"
+    shift
+fi
 for name in "${wanted[@]}"; do
     has "$name" "$names" || die "unknown bench '$name': there are $names"
     say "bench $name: building"

@@ -10,6 +10,7 @@ What stands beside a bench's tables is benches/*/NAME.md."""
 import glob
 import json
 import os
+import re
 import subprocess
 import sys
 import time
@@ -55,6 +56,8 @@ def results(system, name):
                 order.append(key)
             if key not in best or record['real_time'] * UNITS[record.get('time_unit', 'ns')] < best[key].time:
                 best[key] = Figure(record)
+    # Benches that are interleaved end in any order.
+    order.sort(key=lambda key: [int(part) if part.isdigit() else part for part in re.split(r'(\d+)', key)])
     return section, order, best
 
 

@@ -9,6 +9,7 @@ figure is its best turn less the cost of the bare loop. Accepts Google Benchmark
 import argparse
 import json
 import math
+import os
 import re
 import sys
 import time
@@ -19,6 +20,8 @@ import _swig_calls_fast
 
 SIDES = (('own', _Orvanel), ('swig', _swig_calls), ('swig_O', _swig_calls_fast))
 CALLS_A_BODY = 8
+#: The finest clock of the system.
+now = time.clock if os.name == 'nt' else time.time
 SECONDS_A_TURN = 0.01
 
 
@@ -85,9 +88,9 @@ def empty(f, made, arguments, rounds):
 
 
 def timed(body, function, made, arguments, rounds):
-    start = time.time()
+    start = now()
     body(function, made, arguments, xrange(rounds))
-    return time.time() - start
+    return now() - start
 
 
 def enough_rounds(body, function, made, arguments):
