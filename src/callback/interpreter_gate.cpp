@@ -13,6 +13,8 @@
 //   Py_IsInitialized  answers for a program whose interpreter the module was never imported into
 //
 // A thread that holds the lock needs no gate: it is the one that ends the interpreter, or the end waits for it anyway.
+// The one that ends it keeps the lock once `initialized` is cleared and the gate is closed, also where it waits:
+// threads of scripts that got it then would run in modules without names, on thread states that are about to be freed.
 // Rejected: the flag alone, which leaves the moment between the test and the lock; a lock held across deliveries, which
 // callables that call back in would take in the wrong order.
 
@@ -61,6 +63,11 @@ void forgetThreadsOfOtherProcesses() {
         gate().inside = insideHere;
 }
 
+bool isClosed() {
+    const std::lock_guard lock(gate().mutex);
+    return gate().closed;
+}
+
 void closeGate() {
     std::unique_lock lock(gate().mutex);
     forgetThreadsOfOtherProcesses();
@@ -79,8 +86,10 @@ PyObject *onExit(PyObject *, PyObject *) {
     Py_RETURN_NONE;
 }
 
+/// Lets the lock go only if there was no exit function: the interpreter is in pieces by now.
 void onCapsuleDeath(PyObject *) {
-    closeGateReleasingLock();
+    if (!isClosed())
+        closeGateReleasingLock();
 }
 
 void onInterpreterGone() {
@@ -120,8 +129,11 @@ PyObject *watchInterpreter() {
 }
 
 bool interpreterIsEnding() {
-    const std::lock_guard lock(gate().mutex);
-    return gate().closed || !Py_IsInitialized();
+    return isClosed() || !Py_IsInitialized();
+}
+
+bool interpreterKeepsItsLock() {
+    return !Py_IsInitialized() && isClosed();
 }
 
 bool enterInterpreter() {

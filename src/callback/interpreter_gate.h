@@ -12,6 +12,10 @@ PyObject *watchInterpreter();
 /// Whether the interpreter has begun to end, or is not there. Events are dropped from then on.
 bool interpreterIsEnding();
 
+/// Whether the interpreter takes itself down, and no delivery is inside that would need its lock to end: whoever has the
+/// lock keeps it.
+bool interpreterKeepsItsLock();
+
 /// A thread without the interpreter lock asks to take it. True: the interpreter will wait for leaveInterpreter() before
 /// it ends. False: it is ending, and the thread must stay out.
 bool enterInterpreter();

@@ -96,6 +96,21 @@ TEST(InterpreterGate, ManyEndsWhileManyDeliver) {
     }
 }
 
+TEST(InterpreterGate, WhatIsDestroyedWhileTheInterpreterTakesItselfDownKeepsTheLock) {
+    auto interpreter = std::make_unique<Interpreter>();
+    static bool wasDestroyed, keptTheLock;
+    wasDestroyed = keptTheLock = false;
+    PyObject *const dying = PyCapsule_New(&wasDestroyed, nullptr, [](PyObject *) {
+        const PyAllowThreads allowThreads;
+        wasDestroyed = !Py_IsInitialized();
+        keptTheLock = holdsInterpreterLock();
+    });
+    PyModule_AddObject(PyImport_AddModule("__main__"), "dying", dying);
+    interpreter.reset();
+    EXPECT_TRUE(wasDestroyed);
+    EXPECT_TRUE(keptTheLock);
+}
+
 TEST(InterpreterGate, TheEndWaitsForACallableThatRuns) {
     auto interpreter = std::make_unique<Interpreter>();
     PlainCallback callback;

@@ -27,7 +27,7 @@ PyGILGuard::~PyGILGuard() {
 }
 
 PyAllowThreads::PyAllowThreads(bool worthIt)
-    : m_saved(worthIt && holdsInterpreterLock() ? PyEval_SaveThread() : nullptr) {}
+    : m_saved(worthIt && !interpreterKeepsItsLock() && holdsInterpreterLock() ? PyEval_SaveThread() : nullptr) {}
 
 PyAllowThreads::~PyAllowThreads() {
     if (m_saved)

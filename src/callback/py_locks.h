@@ -25,8 +25,8 @@ class PyGILGuard {
     int m_state = 0; ///< the PyGILState_STATE that PyGILState_Ensure returned
 };
 
-/// Releases the interpreter lock for a scope if, and only if, the calling thread holds it and it is worth it: a thread
-/// that lets go may wait for a whole turn of another one.
+/// Releases the interpreter lock for a scope if, and only if, the calling thread holds it, the interpreter is not taking
+/// itself down, and it is worth it: a thread that lets go may wait for a whole turn of another one.
 class PyAllowThreads {
   public:
     explicit PyAllowThreads(bool worthIt = true);

@@ -63,9 +63,11 @@ void TextureLock::lock() {
             // What nobody has taken since the fork was left by a thread that stayed behind.
             if (mayBeLeftByAFork())
                 throw TextureLockRefused(kForked);
-            // Holds of the object's own code end by themselves, at most after a turn of the interpreter lock, which whoever
-            // waits here has let go. They are waited for.
-            if (m_hostHolds > 0 && (interpreterIsEnding() || mainThreadHasLeft()) && (waited += kSlice) > kPatience)
+            // Holds of the object's own code end by themselves, at most after a turn of the interpreter lock, which
+            // whoever waits here has let go, as long as anybody is given it.
+            const bool mayLast =
+                m_hostHolds > 0 ? interpreterIsEnding() || mainThreadHasLeft() : interpreterKeepsItsLock();
+            if (mayLast && (waited += kSlice) > kPatience)
                 throw TextureLockRefused(kEnding);
         }
     }
