@@ -29,24 +29,33 @@ constexpr const char *kForked = "the texture was locked by a thread that this fo
 class HostHoldsOfThread {
   public:
     ~HostHoldsOfThread() {
-        for (TextureLock *const lock : std::exchange(m_locks, {}))
-            lock->endHostHolds();
+        for (const HeldLock &held : std::exchange(m_locks, {}))
+            held.lock->endHostHolds();
     }
+    /// Null when the thread has never had any.
+    static HostHoldsOfThread *find() { return static_cast<HostHoldsOfThread *>(slot().get()); }
     /// Throws std::bad_alloc.
     static HostHoldsOfThread &own() {
-        static const platform::ThreadSlot slot([](void *holds) { delete static_cast<HostHoldsOfThread *>(holds); });
-        if (void *const holds = slot.get())
-            return *static_cast<HostHoldsOfThread *>(holds);
+        if (HostHoldsOfThread *const holds = find())
+            return *holds;
         auto made = std::make_unique<HostHoldsOfThread>();
-        if (!slot.set(made.get()))
+        if (!slot().set(made.get()))
             throw std::bad_alloc();
         return *made.release();
     }
-    void add(TextureLock *lock) { m_locks.push_back(lock); }
-    void remove(TextureLock *lock) { std::erase(m_locks, lock); }
+    void add(TextureLock *lock) { m_locks.push_back({lock}); }
+    void remove(TextureLock *lock) {
+        std::erase_if(m_locks, [lock](const HeldLock &held) { return held.lock == lock; });
+    }
+    std::vector<HeldLock> &locks() { return m_locks; }
 
   private:
-    std::vector<TextureLock *> m_locks;
+    static const platform::ThreadSlot &slot() {
+        static const platform::ThreadSlot instance([](void *holds) { delete static_cast<HostHoldsOfThread *>(holds); });
+        return instance;
+    }
+
+    std::vector<HeldLock> m_locks; ///< in the order in which they were taken
 };
 
 TextureLock::~TextureLock() {
@@ -120,17 +129,35 @@ void TextureLock::endHostHolds() {
     abandoned->add(holds);
 }
 
-TextureLock::Holds TextureLock::releaseAll() {
-    if (!m_lock.isOwned())
-        return {};
-    const int hosts = m_hostHolds;
-    forgetHostHolds();
-    return {m_lock.releaseAll(), hosts};
+int TextureLock::giveUpHostHolds() {
+    const int holds = m_hostHolds.exchange(0);
+    m_lock.releaseAll();
+    return holds;
 }
 
-void TextureLock::takeBack(const Holds &holds) {
-    for (int hold = 0; hold < holds.hosts; ++hold)
-        lockForHost();
-    for (int hold = holds.hosts; hold < holds.all; ++hold)
+bool TextureLock::takeBackHostHolds(int holds) {
+    try {
         lock();
+    } catch (const TextureLockRefused &) {
+        return false;
+    }
+    for (int more = 1; more < holds; ++more)
+        lock();
+    m_hostHolds = holds;
+    return true;
+}
+
+HostHoldsGivenUp::HostHoldsGivenUp() {
+    if (HostHoldsOfThread *const holds = HostHoldsOfThread::find())
+        m_held.swap(holds->locks());
+    for (HeldLock &held : m_held)
+        held.givenUp = held.lock->giveUpHostHolds();
+}
+
+HostHoldsGivenUp::~HostHoldsGivenUp() {
+    if (m_held.empty())
+        return;
+    // What is refused is lost, and stays in use: whoever keeps it from this thread does so to the end.
+    std::erase_if(m_held, [](const HeldLock &held) { return !held.lock->takeBackHostHolds(held.givenUp); });
+    m_held.swap(HostHoldsOfThread::find()->locks());
 }

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
+#include <vector>
 
 #include "overlay/abandoned_holds.h"
 #include "platform/fork.h"
@@ -56,19 +57,15 @@ class TextureLock {
     /// Holds of the host's that ended with their threads.
     const std::shared_ptr<AbandonedHolds> &abandonedHolds() const { return m_abandoned; }
 
-    struct Holds {
-        int all = 0;
-        int hosts = 0;
-    };
-    /// Gives up every hold of the calling thread, for a wait during which others must get on.
-    Holds releaseAll();
-    /// Takes as many again.
-    void takeBack(const Holds &holds);
-
   private:
     friend class HostHoldsOfThread;
+    friend class HostHoldsGivenUp;
 
     void endHostHolds();
+    /// Returns how many there were.
+    int giveUpHostHolds();
+    /// False when they are refused.
+    bool takeBackHostHolds(int holds);
     void forgetHostHolds();
     void noteTaken() { m_takenIn.store(platform::forkCount(), std::memory_order_relaxed); }
     bool mayBeLeftByAFork() const { return m_takenIn.load(std::memory_order_relaxed) != platform::forkCount(); }
@@ -77,6 +74,25 @@ class TextureLock {
     std::atomic<int> m_hostHolds{0};                        ///< written by the owner
     std::atomic<unsigned> m_takenIn{platform::forkCount()}; ///< where it was taken last
     const std::shared_ptr<AbandonedHolds> m_abandoned = std::make_shared<AbandonedHolds>();
+};
+
+/// A lock that the host holds on one thread.
+struct HeldLock {
+    TextureLock *lock;
+    int givenUp = 0;
+};
+
+/// For a wait during which others must get on: gives up every hold of the host's on the calling thread, on whichever
+/// object, and takes them again in the same order afterwards. The calling thread runs nothing meanwhile.
+class HostHoldsGivenUp {
+  public:
+    HostHoldsGivenUp();
+    ~HostHoldsGivenUp();
+    HostHoldsGivenUp(const HostHoldsGivenUp &) = delete;
+    HostHoldsGivenUp &operator=(const HostHoldsGivenUp &) = delete;
+
+  private:
+    std::vector<HeldLock> m_held;
 };
 
 /// Takes the texture lock for one operation of the object's own.

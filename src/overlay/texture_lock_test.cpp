@@ -67,21 +67,51 @@ TEST(TextureLock, HoldsOfTheHostEndWithTheirThread) {
     EXPECT_EQ(lock.abandonedHolds()->take(), 0);
 }
 
-TEST(TextureLock, GivesUpAllAndTakesItBack) {
+TEST(HostHoldsGivenUp, FreesEveryLockOfTheThreadAndTakesThemBack) {
+    TextureLock first;
+    TextureLock second;
+    first.lockForHost();
+    second.lockForHost();
+    first.lockForHost();
+    {
+        const HostHoldsGivenUp givenUp;
+        EXPECT_TRUE(isFree(first));
+        EXPECT_TRUE(isFree(second));
+        std::thread([&] {
+            second.lockForHost();
+            EXPECT_TRUE(second.unlockForHost());
+        }).join();
+    }
+    EXPECT_FALSE(isFree(first));
+    EXPECT_FALSE(isFree(second));
+    EXPECT_TRUE(first.unlockForHost());
+    EXPECT_FALSE(isFree(first));
+    EXPECT_TRUE(first.unlockForHost());
+    EXPECT_FALSE(first.unlockForHost());
+    EXPECT_TRUE(isFree(first));
+    EXPECT_TRUE(second.unlockForHost());
+    EXPECT_TRUE(isFree(second));
+}
+
+TEST(HostHoldsGivenUp, WhatIsTakenBackEndsWithItsThread) {
     TextureLock lock;
-    EXPECT_EQ(lock.releaseAll().all, 0);
-    lock.lockForHost();
-    lock.lock();
-    const TextureLock::Holds holds = lock.releaseAll();
-    EXPECT_EQ(holds.all, 2);
-    EXPECT_EQ(holds.hosts, 1);
+    std::thread([&] {
+        lock.lockForHost();
+        const HostHoldsGivenUp givenUp;
+    }).join();
     EXPECT_TRUE(isFree(lock));
-    lock.takeBack(holds);
+    EXPECT_EQ(lock.abandonedHolds()->take(), 1);
+}
+
+TEST(HostHoldsGivenUp, DoesNothingOnAThreadWithoutHolds) {
+    TextureLock lock;
+    lock.lockForHost();
+    std::thread([&] {
+        const HostHoldsGivenUp givenUp;
+        EXPECT_FALSE(isFree(lock));
+    }).join();
     EXPECT_FALSE(isFree(lock));
     EXPECT_TRUE(lock.unlockForHost());
-    EXPECT_FALSE(lock.unlockForHost());
-    lock.unlock();
-    EXPECT_TRUE(isFree(lock));
 }
 
 TEST(TextureLock, AnObjectMayGoWhileItsOwnThreadHoldsIt) {

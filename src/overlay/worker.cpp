@@ -63,8 +63,9 @@ void Orvanel::stopWorker() {
             own.detach();
         return;
     }
-    // The worker may be delivering, and its callable may want the lock that the host took before it called here.
-    const TextureLock::Holds holds = m_textureLock.releaseAll();
+    // The worker may be delivering, and its callable may want a lock that the host took before it called here, or
+    // before it dropped the last reference somewhere: this object's or another's.
+    const HostHoldsGivenUp othersGetOn;
     const bool ended = waitUntilDone(*m_worker);
     if (std::thread thread = m_worker->takeThread(); thread.joinable()) {
         if (ended)
@@ -72,5 +73,4 @@ void Orvanel::stopWorker() {
         else
             thread.detach();
     }
-    m_textureLock.takeBack(holds);
 }

@@ -51,11 +51,6 @@ class ReentrantLock {
         m_owner.store(std::thread::id(), std::memory_order_relaxed);
         m_mutex.unlock();
     }
-    /// Takes the lock as many times again.
-    void takeBack(int depth) {
-        for (int hold = 0; hold < depth; ++hold)
-            lock();
-    }
     /// Whether the calling thread holds the lock.
     bool isOwned() const {
         return m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id();

@@ -118,6 +118,30 @@ assert gone.is_set()
 print 'done'
 """)
 
+    def test_of_an_object_whose_callable_waits_for_the_lock_of_another(self):
+        self.survives(LOCKING + """
+first = closed()
+arrived = threading.Event()
+def want(code):
+    arrived.set()
+    o.Orvanel_LockTexture(first)
+    o.Orvanel_UnlockTexture(first)
+o.Orvanel_LockTexture(first)
+for attempt in range(1000): # a worker that has not begun yet delivers no last event
+    second = closed()
+    o.Orvanel_SetCallbackFunc(second, want)
+    time.sleep(0.001 * attempt)
+    o.delete_Orvanel(second)
+    if arrived.is_set(): break
+assert arrived.is_set()
+waiting = on_a_thread(lambda: o.Orvanel_ReDraw(first))
+waiting.join(0.1)
+assert waiting.is_alive() # the hold is there again
+o.Orvanel_UnlockTexture(first)
+assert ends(waiting)
+print 'done'
+""")
+
     def test_while_it_is_locked_and_unlocked_all_the_time(self):
         self.survives(LOCKING + """
 for attempt in range(30):
