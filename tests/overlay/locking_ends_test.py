@@ -130,28 +130,36 @@ print 'done'
     def test_keeps_nobody_waiting(self):
         # The worker's last event, which the destruction waits for, wants what the main thread has all the while.
         self.survives(self._LEAVING + """
-other, mine = closed(), threading.Lock()
-editor = closed()
-arrived, gone = threading.Event(), threading.Event()
+other, mine, main = closed(), threading.Lock(), threading.current_thread()
 class Callable(object):
-    def __call__(self, code):
-        if threading.current_thread() is main: return
-        arrived.set()
-        o.Orvanel_ReDraw(other)
-        with mine: pass
-    def __del__(self): gone.set()
-main = threading.current_thread()
-o.Orvanel_SetCallbackFunc(editor, Callable())
-o.Orvanel_LockTexture(other)
-with mine:
-    thread, go = leaving(editor)
-    o.delete_Orvanel(editor)
-    go.set()
-    assert ends(thread) and arrived.wait(60)
-    for entry in range(1000): o.Orvanel_ReDraw(other)
-    assert not gone.is_set()
-    o.Orvanel_UnlockTexture(other)
-assert gone.wait(60)
+    def __init__(self): self.arrived, self.gone = threading.Event(), threading.Event()
+    def watch(self, editor):
+        def call(code, arrived=self.arrived):
+            if threading.current_thread() is main: return
+            arrived.set()
+            o.Orvanel_ReDraw(other)
+            with mine: pass
+        o.Orvanel_SetCallbackFunc(editor, call)
+        self.call = weakref.ref(call, lambda ref: self.gone.set())
+def last_event_came(attempt):
+    editor, callable = closed(), Callable()
+    callable.watch(editor)
+    time.sleep(0.001 * attempt)
+    o.Orvanel_LockTexture(other)
+    with mine:
+        thread, go = leaving(editor)
+        o.delete_Orvanel(editor)
+        go.set()
+        assert ends(thread)
+        while not (callable.arrived.is_set() or callable.gone.is_set()): time.sleep(0.001)
+        for entry in range(1000): o.Orvanel_ReDraw(other)
+        came = callable.arrived.is_set()
+        assert came != callable.gone.is_set()
+        o.Orvanel_UnlockTexture(other)
+    assert callable.gone.wait(60)
+    return came
+# A worker that has not begun yet delivers no last event.
+assert any(last_event_came(attempt) for attempt in range(1000))
 print 'done'
 """)
 
